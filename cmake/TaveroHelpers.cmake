@@ -1,0 +1,27 @@
+# Warnings for targets built from our own sources (never for generated or third-party code).
+function(tavero_warnings target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wno-missing-field-initializers)
+    if(TAVERO_WERROR)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+endfunction()
+
+# tavero_add_test(NAME name SOURCES ... [LIBS ...] [LABELS unit|integration|gui|e2e] [TIMEOUT s])
+# One Qt Test executable, registered with CTest, run with a fixed locale and offscreen.
+function(tavero_add_test)
+    cmake_parse_arguments(T "" "NAME;TIMEOUT" "SOURCES;LIBS;LABELS;ENV" ${ARGN})
+    if(NOT T_LABELS)
+        set(T_LABELS unit)
+    endif()
+    if(NOT T_TIMEOUT)
+        set(T_TIMEOUT 120)
+    endif()
+    add_executable(${T_NAME} ${T_SOURCES})
+    target_link_libraries(${T_NAME} PRIVATE tavero_testsupport ${T_LIBS} Qt5::Test)
+    tavero_warnings(${T_NAME})
+    add_test(NAME ${T_NAME} COMMAND ${T_NAME})
+    set_tests_properties(${T_NAME} PROPERTIES
+        LABELS "${T_LABELS}"
+        TIMEOUT ${T_TIMEOUT}
+        ENVIRONMENT "LC_ALL=C.UTF-8;LANG=C.UTF-8;QT_QPA_PLATFORM=offscreen;TAVERO_TEST_BIN_DIR=${CMAKE_BINARY_DIR};TAVERO_SOURCE_DIR=${CMAKE_SOURCE_DIR};${T_ENV}")
+endfunction()

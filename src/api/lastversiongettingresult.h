@@ -1,0 +1,10 @@
+#pragma once
+
+#include "api/requestresult.h"
+
+struct LastVersionGettingResult : RequestResult {
+    QString version;
+    int versionInt = 0; // meaningful only when status is Ok
+    QString url;
+    QString changelog;
+};

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "api/requestresult.h"
+
+struct LoginResult : RequestResult {
+    QString token;
+};

@@ -1,0 +1,23 @@
+#include "app/application.h"
+#include "app/messagehandler.h"
+#include "platform/nativeplatform.h"
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, true);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setFallbackSessionManagementEnabled(false);
+    qInstallMessageHandler(tavero::messageHandler);
+
+    tavero::NativePlatform::confirmElevatedStart();
+    const bool isAdministrator = tavero::NativePlatform::isRunningAsAdministrator();
+    if (!isAdministrator) {
+        if (tavero::NativePlatform::elevateToAdmin())
+            return 0; // the elevated copy takes over
+    }
+
+    Application app(argc, argv);
+    Q_UNUSED(isAdministrator) // handed to the programme assembly once it exists
+
+    return app.exec();
+}

@@ -1,0 +1,118 @@
+#include "app/settings.h"
+#include "support/testmain.h"
+
+#include <QSettings>
+
+using tavero::Settings;
+
+namespace {
+QSettings store()
+{
+    return {QSettings::NativeFormat, QSettings::UserScope, "TAVERO", "TAVERO"};
+}
+} // namespace
+
+class TestSettings : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { tavero::test::TestEnvironment::clearSettings(); }
+
+    void freshStoreGivesDefaults()
+    {
+        Settings settings;
+        QCOMPARE(settings.serverName(), QString());
+        QVERIFY(!settings.isAutoConnection());
+        QVERIFY(!settings.isAutoLocation());
+        QVERIFY(!settings.isKillSwitch());
+        QCOMPARE(int(settings.protocolTypes()), 31);
+        QVERIFY(settings.isFirstRun());
+        QCOMPARE(settings.token(), QString());
+        QCOMPARE(settings.getEmail(), QString());
+        QCOMPARE(settings.getSelectedLanguage(), QString());
+        // Reading alone never creates keys.
+        QVERIFY(store().allKeys().isEmpty());
+    }
+
+    void oneSetterWritesAllNineKeys()
+    {
+        Settings settings;
+        settings.setKillSwitch(true);
+        const QSettings written = store();
+        QCOMPARE(written.allKeys().size(), 9);
+        QCOMPARE(written.value("is_kill_switch").toBool(), true);
+        QCOMPARE(written.value("protocol_type").toInt(), 31);
+        QCOMPARE(written.value("is_first_run").toBool(), true);
+        QCOMPARE(written.value("server_name").toString(), QString());
+    }
+
+    void valuesSurviveARestart()
+    {
+        {
+            Settings settings;
+            settings.setServerName("de-fra-01");
+            settings.setAutoConnection(true);
+            settings.setAutoLocation(true);
+            settings.setIsFirstRun(false);
+            settings.setProtocolTypes(OvpnUdp);
+            settings.setToken("tok");
+            settings.setEmail("a@b.c");
+            settings.setSelectedLanguage("Deutsch");
+        }
+        Settings reloaded;
+        QCOMPARE(reloaded.serverName(), QString("de-fra-01"));
+        QVERIFY(reloaded.isAutoConnection());
+        QVERIFY(reloaded.isAutoLocation());
+        QVERIFY(!reloaded.isKillSwitch());
+        QVERIFY(!reloaded.isFirstRun());
+        QCOMPARE(reloaded.protocolTypes(), QFlags<ProtocolType>(OvpnUdp));
+        QCOMPARE(reloaded.token(), QString("tok"));
+        QCOMPARE(reloaded.getEmail(), QString("a@b.c"));
+        QCOMPARE(reloaded.getSelectedLanguage(), QString("Deutsch"));
+    }
+
+    void storedProtocolTypesAreTakenBitForBit_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("zero is the empty set, not the default") << QVariant(0) << 0;
+        QTest::newRow("six is TCP and UDP") << QVariant(6) << int(OvpnTcp | OvpnUdp);
+        QTest::newRow("text that is a number") << QVariant("16") << 16;
+        QTest::newRow("text that is not a number") << QVariant("abc") << 0;
+    }
+    void storedProtocolTypesAreTakenBitForBit()
+    {
+        QFETCH(QVariant, stored);
+        QFETCH(int, expected);
+        store().setValue("protocol_type", stored);
+        Settings settings;
+        QCOMPARE(int(settings.protocolTypes()), expected);
+    }
+
+    void valuesGoThroughTheVariantConversions()
+    {
+        {
+            QSettings raw = store();
+            raw.setValue("is_kill_switch", "true");
+            raw.setValue("is_first_run", "false");
+            raw.setValue("server_name", QStringList{"a", "b"});
+        }
+        Settings settings;
+        QVERIFY(settings.isKillSwitch());
+        QVERIFY(!settings.isFirstRun());
+        // A list is not a string: it converts to the null string.
+        QCOMPARE(settings.serverName(), QString());
+    }
+
+    void loadRereadsTheStore()
+    {
+        Settings settings;
+        Settings other;
+        other.setEmail("changed@example.org");
+        QCOMPARE(settings.getEmail(), QString());
+        settings.load();
+        QCOMPARE(settings.getEmail(), QString("changed@example.org"));
+    }
+};
+
+TAVERO_TEST_GUILESS_MAIN(TestSettings)
+#include "tst_settings.moc"
