@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QIcon>
 #include <QImage>
 #include <QImageReader>
 #include <QPushButton>
@@ -233,6 +234,14 @@ private slots:
         }
         std::sort(found.begin(), found.end());
         QCOMPARE(found, sizes);
+    }
+
+    // The application object names its icon with a doubled slash.
+    void windowIconLoads() {
+        const QIcon icon(QStringLiteral("://pictures/tavero.ico"));
+        QVERIFY(!icon.isNull());
+        QCOMPARE(icon.pixmap(32, 32).size(), QSize(32, 32));
+        QCOMPARE(icon.pixmap(256, 256).size(), QSize(256, 256));
     }
 
     void fontFileHoldsItsFace_data() {
