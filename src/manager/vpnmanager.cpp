@@ -2,13 +2,23 @@
 
 #include "api/iserverapi.h"
 #include "api/logoutbroadcaster.h"
+#include "platform/nativeplatform.h"
 
 #include <QDebug>
 
 namespace tavero {
 
-VpnManager::VpnManager(IServerApi& api, ConnectionChain::Options chainOptions)
+namespace {
+std::unique_ptr<IPlatform> orNative(std::unique_ptr<IPlatform> platform)
+{
+    return platform ? std::move(platform) : std::make_unique<NativePlatform>();
+}
+} // namespace
+
+VpnManager::VpnManager(IServerApi& api, std::unique_ptr<IPlatform> platform,
+                       ConnectionChain::Options chainOptions)
     : m_api(api)
+    , m_platformInjector(orNative(std::move(platform)))
     , m_platform(m_platformInjector.platform())
     , m_settings(std::make_unique<Settings>())
     , m_selector(api, *m_settings)

@@ -28,7 +28,10 @@ class IPlatform;
 class VpnManager : public QObject {
     Q_OBJECT
 public:
-    explicit VpnManager(IServerApi& api, ConnectionChain::Options chainOptions = {});
+    // `platform` replaces the native platform (tests hand in a scripted one); `chainOptions`
+    // shortens the chain's waits and points it at another OpenVPN program directory.
+    explicit VpnManager(IServerApi& api, std::unique_ptr<IPlatform> platform = {},
+                        ConnectionChain::Options chainOptions = {});
     ~VpnManager() override;
     Q_DISABLE_COPY_MOVE(VpnManager)
 
