@@ -326,6 +326,17 @@ private slots:
         QCOMPARE(standIn.starts().size(), 1);
     }
 
+    void talkingOpenVpnMayTakeLongerThanTheSilenceLimit()
+    {
+        // Prints its first lines at once and the marker only well after the silence limit.
+        StandIn standIn(QStringLiteral("slow-start:1.5"));
+        OvpnConnection::Limits limits = quickLimits();
+        limits.silenceLimit = 600ms;
+        OvpnConnection connection(*m_api, standIn.binDir(), limits);
+        const OperationResult result = connection.connectUdp(server());
+        QVERIFY2(result.isSuccess, qPrintable(result.message));
+    }
+
     void reportedErrorFailsWithoutRetry() {
         StandIn standIn(QStringLiteral("error"));
         OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
