@@ -212,6 +212,8 @@ OperationResult OvpnConnection::tryConnectOneTime(const QString& configText,
         }
         const milliseconds elapsed = elapsedOf(waitTimer);
         if (exceeded(elapsed, m_limits.connectLimit)) {
+            qWarning().noquote() << "OpenVPN did not come up in time; its output:"
+                                 << output.right(2000);
             return timeOut(typeText);
         }
         if (exceeded(elapsed, m_limits.silenceLimit) && !outputSeen) {

@@ -3,8 +3,21 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
+#include <QStandardPaths>
+#include <algorithm>
 
 namespace tavero::test {
+
+namespace {
+
+QString ipCommand() {
+    const QString found = QStandardPaths::findExecutable(QStringLiteral("ip"));
+    return found.isEmpty() ? QStandardPaths::findExecutable(QStringLiteral("ip"),
+                                                            {"/usr/sbin", "/sbin", "/usr/bin"})
+                           : found;
+}
+
+} // namespace
 
 NetnsVpn::NetnsVpn(QString scriptPath)
     : m_scriptPath(std::move(scriptPath)) {}
@@ -14,6 +27,7 @@ NetnsVpn::~NetnsVpn() {
 }
 
 NetnsVpn::Outcome NetnsVpn::start(const QString& workDirectory, int timeoutMs) {
+    m_workDirectory = workDirectory;
     m_script.setProcessChannelMode(QProcess::SeparateChannels);
     m_script.start(QStringLiteral("bash"), {m_scriptPath, QStringLiteral("serve"), workDirectory});
     QElapsedTimer timer;
@@ -68,10 +82,19 @@ QString NetnsVpn::pkiText(const QString& name) const {
     return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
 }
 
+QString NetnsVpn::serverLog(const QString& protocol, int lines) const {
+    QFile file(m_workDirectory + QStringLiteral("/server-%1.log").arg(protocol));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return QString();
+    }
+    const QStringList all = QString::fromLocal8Bit(file.readAll()).split(QLatin1Char('\n'));
+    return all.mid(std::max(0, int(all.size()) - lines)).join(QLatin1Char('\n'));
+}
+
 int NetnsVpn::runInClient(const QStringList& command, QString* output) const {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QStringLiteral("ip"),
+    process.start(ipCommand(),
                   QStringList{QStringLiteral("netns"), QStringLiteral("exec"), clientNamespace()} +
                       command);
     if (!process.waitForFinished(30000)) {

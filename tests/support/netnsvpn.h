@@ -32,6 +32,9 @@ public:
     // Text of a file of the development PKI ("ca.pem", "client1.pem", "client1.key", ...).
     QString pkiText(const QString& name) const;
 
+    // The OpenVPN server's log for "udp" or "tcp" (the last `lines` lines).
+    QString serverLog(const QString& protocol, int lines = 40) const;
+
     // Runs a command inside the client namespace; its exit status (-1 when it could not run).
     int runInClient(const QStringList& command, QString* output = nullptr) const;
     // Names of the client namespace's tun devices ("tun0", ...).
@@ -43,6 +46,7 @@ private:
     QString value(const QString& key) const;
 
     QString m_scriptPath;
+    QString m_workDirectory;
     QProcess m_script;
     QString m_ready;
     QString m_reason;
