@@ -24,17 +24,20 @@ using tavero::test::NetnsVpn;
 
 namespace {
 
-double median(QVector<double> values) {
+double median(QVector<double> values)
+{
     std::sort(values.begin(), values.end());
     const int n = values.size();
     return n % 2 ? values.at(n / 2) : (values.at(n / 2 - 1) + values.at(n / 2)) / 2;
 }
 
-double millisecondsOf(const QElapsedTimer& timer) {
+double millisecondsOf(const QElapsedTimer& timer)
+{
     return double(timer.nsecsElapsed()) / 1e6;
 }
 
-bool waitForNoTunnel(const NetnsVpn& vpn) {
+bool waitForNoTunnel(const NetnsVpn& vpn)
+{
     QElapsedTimer timer;
     timer.start();
     while (!vpn.clientTunDevices().isEmpty()) {
@@ -46,7 +49,8 @@ bool waitForNoTunnel(const NetnsVpn& vpn) {
 }
 
 // One bare run: the same program directory, the same file; returns -1 on failure.
-double bareRun(const NetnsVpn& vpn, const QString& configPath, QSet<QString>& warnings) {
+double bareRun(const NetnsVpn& vpn, const QString& configPath, QSet<QString>& warnings)
+{
     QProcess openvpn;
     openvpn.setProcessChannelMode(QProcess::MergedChannels);
     openvpn.setProgram(vpn.programDirectory() + "/openvpn");
@@ -80,7 +84,8 @@ double bareRun(const NetnsVpn& vpn, const QString& configPath, QSet<QString>& wa
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv)
+{
     QCoreApplication app(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     const int runs = argc > 1 ? std::max(1, QString::fromLocal8Bit(argv[1]).toInt()) : 10;

@@ -28,20 +28,24 @@ const QString programName = QStringLiteral("openvpn.exe");
 const QString programName = QStringLiteral("openvpn");
 #endif
 
-QString translated(const char* key) {
+QString translated(const char* key)
+{
     return QCoreApplication::translate("QObject", key);
 }
 
-OperationResult failure(const char* key) {
+OperationResult failure(const char* key)
+{
     return OperationResult(translated(key), OperationResult::General);
 }
 
-OperationResult timeOut(const QString& typeText) {
+OperationResult timeOut(const QString& typeText)
+{
     return OperationResult(translated("warning.open_vpn_connection_time_out").arg(typeText),
                            OperationResult::General);
 }
 
-milliseconds elapsedOf(const QElapsedTimer& timer) {
+milliseconds elapsedOf(const QElapsedTimer& timer)
+{
     return milliseconds(timer.elapsed());
 }
 
@@ -50,21 +54,26 @@ milliseconds elapsedOf(const QElapsedTimer& timer) {
 OvpnConnection::OvpnConnection(IServerApi& api, QString programDirectory, Limits limits)
     : m_api(api)
     , m_programDirectory(std::move(programDirectory))
-    , m_limits(limits) {}
+    , m_limits(limits)
+{}
 
-OvpnConnection::~OvpnConnection() {
+OvpnConnection::~OvpnConnection()
+{
     disconnect();
 }
 
-OperationResult OvpnConnection::connectUdp(const VpnServerInformation& server) {
+OperationResult OvpnConnection::connectUdp(const VpnServerInformation& server)
+{
     return connect(server, Udp);
 }
 
-OperationResult OvpnConnection::connectTcp(const VpnServerInformation& server) {
+OperationResult OvpnConnection::connectTcp(const VpnServerInformation& server)
+{
     return connect(server, Tcp);
 }
 
-OperationResult OvpnConnection::connect(const VpnServerInformation& server, ConnectionType type) {
+OperationResult OvpnConnection::connect(const VpnServerInformation& server, ConnectionType type)
+{
     // A failed fetch leaves the certificate texts empty; OpenVPN then fails on its own.
     const AccountInfoGettingResult account = m_api.receiveAccountInfo();
 
@@ -88,7 +97,8 @@ OperationResult OvpnConnection::connect(const VpnServerInformation& server, Conn
 
 OperationResult OvpnConnection::generateConfigText(const ConnectionType& type, const QString& host,
                                                    const QString& ca, const QString& cert,
-                                                   const QString& key, QString& out) {
+                                                   const QString& key, QString& out)
+{
     QString pattern = QStringLiteral("client \n"
                                      "dev tun \n"
                                      "proto %1\n"
@@ -122,13 +132,15 @@ OperationResult OvpnConnection::generateConfigText(const ConnectionType& type, c
     return {};
 }
 
-OperationResult OvpnConnection::connect(const QString& configText, const QString& typeText) {
+OperationResult OvpnConnection::connect(const QString& configText, const QString& typeText)
+{
     const OperationResult result = forceConnect(configText, typeText);
     deleteConfigFile();
     return result;
 }
 
-OperationResult OvpnConnection::forceConnect(const QString& configText, const QString& typeText) {
+OperationResult OvpnConnection::forceConnect(const QString& configText, const QString& typeText)
+{
     QElapsedTimer timer;
     timer.start();
     for (;;) {
@@ -147,7 +159,8 @@ OperationResult OvpnConnection::forceConnect(const QString& configText, const QS
 }
 
 OperationResult OvpnConnection::tryConnectOneTime(const QString& configText,
-                                                  const QString& typeText, bool& retry) {
+                                                  const QString& typeText, bool& retry)
+{
     retry = false;
     QString output;
     bool outputSeen = false;
@@ -248,7 +261,8 @@ OperationResult OvpnConnection::tryConnectOneTime(const QString& configText,
     }
 }
 
-int OvpnConnection::analyseProcessOutput(const QString& output) {
+int OvpnConnection::analyseProcessOutput(const QString& output)
+{
     if (output.contains(QLatin1String("Initialization Sequence Completed"))) {
         return 0;
     }
@@ -260,11 +274,13 @@ int OvpnConnection::analyseProcessOutput(const QString& output) {
     return 2;
 }
 
-QString OvpnConnection::generateConnectionTypeString(ConnectionType type) {
+QString OvpnConnection::generateConnectionTypeString(ConnectionType type)
+{
     return type == Tcp ? QStringLiteral("TCP") : QStringLiteral("UDP");
 }
 
-OperationResult OvpnConnection::disconnect() {
+OperationResult OvpnConnection::disconnect()
+{
     deleteConfigFile();
     if (m_process) {
         m_process->kill();
@@ -281,26 +297,30 @@ OperationResult OvpnConnection::disconnect() {
     return {};
 }
 
-void OvpnConnection::deleteConfigFile() {
+void OvpnConnection::deleteConfigFile()
+{
     if (!m_configFilePath.isEmpty()) {
         QFile::remove(m_configFilePath);
         m_configFilePath.clear();
     }
 }
 
-QString OvpnConnection::programPath() const {
+QString OvpnConnection::programPath() const
+{
     const QString directory = m_programDirectory.isEmpty()
                                   ? QCoreApplication::applicationDirPath() + QStringLiteral("/bin")
                                   : m_programDirectory;
     return QDir(directory).absoluteFilePath(programName);
 }
 
-bool OvpnConnection::exceeded(milliseconds elapsed, milliseconds limit) const {
+bool OvpnConnection::exceeded(milliseconds elapsed, milliseconds limit) const
+{
     const milliseconds tick = std::max(m_limits.tick, milliseconds(1));
     return (elapsed / tick) * tick > limit;
 }
 
-void OvpnConnection::processEventsFor(milliseconds duration) const {
+void OvpnConnection::processEventsFor(milliseconds duration) const
+{
     QElapsedTimer timer;
     timer.start();
     const milliseconds slice = std::max(m_limits.slice, milliseconds(1));

@@ -47,7 +47,8 @@ struct OvpnConnectionLimits {
 //       Unable to create Open VPN connection. Check premissions. The program must be open as an
 //       administrator
 //   "warning.open_vpn_server_data_rejected"
-//       Unable to connect with Open VPN: the server data are not valid. Try another server
+//       The server's connection data were rejected as unsafe. Try another server or contact
+//       support
 // Every failure has code `General`.
 class OvpnConnection {
 public:

@@ -7,7 +7,8 @@
 
 namespace tavero {
 
-bool OvpnInputCheck::isPlainHost(const QString& host) {
+bool OvpnInputCheck::isPlainHost(const QString& host)
+{
     if (host.isEmpty() || host.size() > 253) {
         return false;
     }
@@ -21,7 +22,8 @@ bool OvpnInputCheck::isPlainHost(const QString& host) {
     return addressCharacters.match(host).hasMatch() && QHostAddress().setAddress(host);
 }
 
-bool OvpnInputCheck::isPemText(const QString& text) {
+bool OvpnInputCheck::isPemText(const QString& text)
+{
     if (text.size() > maximumPemLength) {
         return false;
     }

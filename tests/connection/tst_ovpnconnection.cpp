@@ -1,7 +1,6 @@
 #include "api/vpnserverinformation.h"
 #include "connection/ovpnconnection.h"
 #include "support/fakeserverapi.h"
-#include "support/fixedtranslator.h"
 #include "support/testmain.h"
 
 #include <QJsonDocument>
@@ -10,6 +9,7 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QTranslator>
 #include <csignal>
 #include <sys/types.h>
 
@@ -18,7 +18,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-QString pem(const QString& label, char fill) {
+QString pem(const QString& label, char fill)
+{
     return QStringLiteral("-----BEGIN %1-----\n%2\n-----END %1-----")
         .arg(label, QString::fromLatin1(QByteArray(48, fill).toBase64()));
 }
@@ -27,12 +28,14 @@ const QString caText = pem(QStringLiteral("CERTIFICATE"), 'a');
 const QString certText = pem(QStringLiteral("CERTIFICATE"), 'b');
 const QString keyText = pem(QStringLiteral("PRIVATE KEY"), 'c');
 
-bool processAlive(qint64 pid) {
+bool processAlive(qint64 pid)
+{
     return pid > 0 && ::kill(pid_t(pid), 0) == 0;
 }
 
 // Quick limits, so time-outs take a second instead of twenty; elapsed time counted in ms.
-OvpnConnection::Limits quickLimits() {
+OvpnConnection::Limits quickLimits()
+{
     OvpnConnection::Limits limits;
     limits.connectLimit = 4000ms;
     limits.silenceLimit = 3000ms;
@@ -42,7 +45,8 @@ OvpnConnection::Limits quickLimits() {
     return limits;
 }
 
-VpnServerInformation server(const QString& host = QStringLiteral("vpn.example.net")) {
+VpnServerInformation server(const QString& host = QStringLiteral("vpn.example.net"))
+{
     VpnServerInformation record;
     record.name = QStringLiteral("nl-1");
     record.host = host;
@@ -53,14 +57,16 @@ VpnServerInformation server(const QString& host = QStringLiteral("vpn.example.ne
 // A program directory whose "openvpn" is the stand-in, with a record of every start of it.
 class StandIn {
 public:
-    explicit StandIn(const QString& scenario = QStringLiteral("success")) {
+    explicit StandIn(const QString& scenario = QStringLiteral("success"))
+    {
         QDir(m_dir.path()).mkpath(QStringLiteral("bin"));
         QFile::link(qEnvironmentVariable("TAVERO_FAKE_OPENVPN"), binDir() + "/openvpn");
         qputenv("TAVERO_FAKE_OPENVPN_LOG", QFile::encodeName(m_dir.path() + "/starts.log"));
         qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", scenario.toUtf8());
         qunsetenv("TAVERO_FAKE_OPENVPN_TUNNEL");
     }
-    ~StandIn() {
+    ~StandIn()
+    {
         qunsetenv("TAVERO_FAKE_OPENVPN_LOG");
         qunsetenv("TAVERO_FAKE_OPENVPN_SCENARIO");
         qunsetenv("TAVERO_FAKE_OPENVPN_TUNNEL");
@@ -69,7 +75,8 @@ public:
     QString binDir() const { return m_dir.path() + "/bin"; }
 
     // One object per start: pid, cwd, config (path), mode (octal text), text.
-    QVector<QJsonObject> starts() const {
+    QVector<QJsonObject> starts() const
+    {
         QVector<QJsonObject> entries;
         QFile log(m_dir.path() + "/starts.log");
         if (log.open(QIODevice::ReadOnly)) {
@@ -87,14 +94,16 @@ private:
 };
 
 QString generated(OvpnConnection& connection, OvpnConnection::ConnectionType type,
-                  const QString& host = QStringLiteral("vpn.example.net")) {
+                  const QString& host = QStringLiteral("vpn.example.net"))
+{
     QString text;
     connection.generateConfigText(type, host, caText, certText, keyText, text);
     return text;
 }
 
 // Configuration files this test program left in the temporary directory.
-QStringList leftoverConfigFiles() {
+QStringList leftoverConfigFiles()
+{
     return QDir(QDir::tempPath())
         .entryList({QCoreApplication::applicationName() + ".*"}, QDir::Files);
 }
@@ -104,29 +113,17 @@ QStringList leftoverConfigFiles() {
 class TestOvpnConnection : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() {
+    void initTestCase()
+    {
         QVERIFY2(QFileInfo(qEnvironmentVariable("TAVERO_FAKE_OPENVPN")).isExecutable(),
                  "TAVERO_FAKE_OPENVPN must name the built stand-in");
-        const QString context = QStringLiteral("QObject");
-        m_english.insert(context, "label.can_not_create_config_for_open_vpn",
-                         "Failed to create configuration file for Open VPN");
-        m_english.insert(context, "warning.open_vpn_running_fails_check_apps",
-                         "Unable to run Open VPN connection process. Please check the installed "
-                         "software");
-        m_english.insert(context, "warning.open_vpn_server_does_not_respond",
-                         "OpenVPN server does not respond");
-        m_english.insert(context, "warning.open_vpn_connection_time_out",
-                         "Connection timeout for Open VPN %1");
-        m_english.insert(context, "warning.can_not_open_vpn_check_is_admin_granted",
-                         "Unable to create Open VPN connection. Check premissions. The program "
-                         "must be open as an administrator");
-        m_english.insert(context, "warning.open_vpn_server_data_rejected",
-                         "Unable to connect with Open VPN: the server data are not valid. Try "
-                         "another server");
+        // The real English catalogue, so the texts below are what users read.
+        QVERIFY(m_english.load(QStringLiteral(":/translations/eng")));
         QCoreApplication::installTranslator(&m_english);
     }
 
-    void init() {
+    void init()
+    {
         m_api = std::make_unique<tavero::test::FakeServerApi>();
         m_api->accountInfo.status = 0;
         m_api->accountInfo.caCertificate = caText;
@@ -135,14 +132,16 @@ private slots:
         m_leftovers = leftoverConfigFiles();
     }
 
-    void cleanup() {
+    void cleanup()
+    {
         // Whatever a test did, no configuration file may stay behind.
         QCOMPARE(leftoverConfigFiles(), m_leftovers);
     }
 
     // --- the configuration text -------------------------------------------------------------
 
-    void templatesByteForByte_data() {
+    void templatesByteForByte_data()
+    {
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("expected");
         const QString head = "client \n"
@@ -175,7 +174,8 @@ private slots:
         QTest::newRow("tcp") << int(OvpnConnection::Tcp)
                              << QString(head).replace("%1", "tcp") + blocks;
     }
-    void templatesByteForByte() {
+    void templatesByteForByte()
+    {
         QFETCH(int, type);
         QFETCH(QString, expected);
         OvpnConnection connection(*m_api, QStringLiteral("/nonexistent"), quickLimits());
@@ -189,7 +189,8 @@ private slots:
         QCOMPARE(out.toLatin1(), expected.toLatin1());
     }
 
-    void connectionTypeText() {
+    void connectionTypeText()
+    {
         QCOMPARE(OvpnConnection::generateConnectionTypeString(OvpnConnection::Tcp),
                  QStringLiteral("TCP"));
         QCOMPARE(OvpnConnection::generateConnectionTypeString(OvpnConnection::Udp),
@@ -198,7 +199,8 @@ private slots:
                  QStringLiteral("UDP"));
     }
 
-    void outputClassification_data() {
+    void outputClassification_data()
+    {
         QTest::addColumn<QString>("output");
         QTest::addColumn<int>("verdict");
         QTest::newRow("nothing yet") << "" << 2;
@@ -218,7 +220,8 @@ private slots:
         QTest::newRow("lower-case error") << "Options error: something" << 2;
         QTest::newRow("marker in lower case") << "initialization sequence completed" << 2;
     }
-    void outputClassification() {
+    void outputClassification()
+    {
         QFETCH(QString, output);
         QFETCH(int, verdict);
         QCOMPARE(OvpnConnection::analyseProcessOutput(output), verdict);
@@ -226,12 +229,14 @@ private slots:
 
     // --- runs of the stand-in ---------------------------------------------------------------
 
-    void successLeavesTunnelRunningAndFileGone_data() {
+    void successLeavesTunnelRunningAndFileGone_data()
+    {
         QTest::addColumn<int>("type");
         QTest::newRow("udp") << int(OvpnConnection::Udp);
         QTest::newRow("tcp") << int(OvpnConnection::Tcp);
     }
-    void successLeavesTunnelRunningAndFileGone() {
+    void successLeavesTunnelRunningAndFileGone()
+    {
         QFETCH(int, type);
         StandIn standIn;
         const QString currentDirectory = QDir::currentPath();
@@ -268,7 +273,8 @@ private slots:
         QVERIFY(!processAlive(pid));
     }
 
-    void verbAndCompressionAreRewritten() {
+    void verbAndCompressionAreRewritten()
+    {
         StandIn standIn;
         OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
         QString input = generated(connection, OvpnConnection::Udp);
@@ -282,7 +288,8 @@ private slots:
         QCOMPARE(standIn.starts().first()["text"].toString(), expected);
     }
 
-    void silenceGivesNoResponseWhileEventsRun() {
+    void silenceGivesNoResponseWhileEventsRun()
+    {
         StandIn standIn(QStringLiteral("silence"));
         OvpnConnection::Limits limits = quickLimits();
         limits.silenceLimit = 400ms;
@@ -317,7 +324,8 @@ private slots:
         QCOMPARE(standIn.starts().size(), 1);
     }
 
-    void ipv6ErrorKeepsWaiting() {
+    void ipv6ErrorKeepsWaiting()
+    {
         // The IPv6 error comes several reads before the success marker.
         StandIn standIn(QStringLiteral("ipv6-error:0.5"));
         OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
@@ -337,7 +345,8 @@ private slots:
         QVERIFY2(result.isSuccess, qPrintable(result.message));
     }
 
-    void reportedErrorFailsWithoutRetry() {
+    void reportedErrorFailsWithoutRetry()
+    {
         StandIn standIn(QStringLiteral("error"));
         OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
         const OperationResult result = connection.connectTcp(server());
@@ -348,13 +357,15 @@ private slots:
         QCOMPARE(standIn.starts().size(), 1);
     }
 
-    void exitingOpenVpnIsRestartedUntilTimeOut_data() {
+    void exitingOpenVpnIsRestartedUntilTimeOut_data()
+    {
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("message");
         QTest::newRow("udp") << int(OvpnConnection::Udp) << "Connection timeout for Open VPN UDP";
         QTest::newRow("tcp") << int(OvpnConnection::Tcp) << "Connection timeout for Open VPN TCP";
     }
-    void exitingOpenVpnIsRestartedUntilTimeOut() {
+    void exitingOpenVpnIsRestartedUntilTimeOut()
+    {
         QFETCH(int, type);
         QFETCH(QString, message);
         StandIn standIn(QStringLiteral("exit"));
@@ -380,7 +391,8 @@ private slots:
         QVERIFY(!connection.process());        // the time-out disconnects
     }
 
-    void runLongerThanTheLimitTimesOut() {
+    void runLongerThanTheLimitTimesOut()
+    {
         // Talks at once, but never reaches the marker.
         StandIn standIn(QStringLiteral("slow-start:60"));
         OvpnConnection::Limits limits = quickLimits();
@@ -393,13 +405,15 @@ private slots:
         QVERIFY(!connection.process());
     }
 
-    void unusableProgramIsReported_data() {
+    void unusableProgramIsReported_data()
+    {
         QTest::addColumn<QString>("what");
         QTest::newRow("missing") << "missing";
         QTest::newRow("not executable") << "plain file";
         QTest::newRow("no program directory") << "no directory";
     }
-    void unusableProgramIsReported() {
+    void unusableProgramIsReported()
+    {
         QFETCH(QString, what);
         QTemporaryDir dir;
         QString programDirectory = dir.path();
@@ -419,12 +433,14 @@ private slots:
         QVERIFY(connection.configFilePath().isEmpty());
     }
 
-    void defaultProgramDirectoryIsBinBesideTheExecutable() {
+    void defaultProgramDirectoryIsBinBesideTheExecutable()
+    {
         OvpnConnection connection(*m_api);
         QCOMPARE(connection.programPath(), QCoreApplication::applicationDirPath() + "/bin/openvpn");
     }
 
-    void disconnectIsHarmless() {
+    void disconnectIsHarmless()
+    {
         StandIn standIn;
         OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
         QVERIFY(connection.disconnect().isSuccess);
@@ -436,7 +452,8 @@ private slots:
         QVERIFY(!processAlive(pid));
     }
 
-    void newAttemptEndsThePreviousProcess() {
+    void newAttemptEndsThePreviousProcess()
+    {
         StandIn standIn;
         OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
         QVERIFY(connection.connectUdp(server()).isSuccess);
@@ -446,7 +463,8 @@ private slots:
         QVERIFY(processAlive(connection.process()->processId()));
     }
 
-    void destructionEndsTheTunnel() {
+    void destructionEndsTheTunnel()
+    {
         StandIn standIn;
         qint64 pid = 0;
         {
@@ -458,7 +476,8 @@ private slots:
         QVERIFY(!processAlive(pid));
     }
 
-    void hostileDataIsRefused_data() {
+    void hostileDataIsRefused_data()
+    {
         QTest::addColumn<QString>("host");
         QTest::addColumn<QString>("field");
         QTest::addColumn<QString>("text");
@@ -482,7 +501,8 @@ private slots:
         QTest::newRow("key with a trailing line") << "vpn.example.net"
                                                   << "key" << keyText + "\nplugin /tmp/evil.so";
     }
-    void hostileDataIsRefused() {
+    void hostileDataIsRefused()
+    {
         QFETCH(QString, host);
         QFETCH(QString, field);
         QFETCH(QString, text);
@@ -498,14 +518,15 @@ private slots:
         const OperationResult result = connection.connectUdp(server(host));
         QVERIFY(!result.isSuccess);
         QCOMPARE(result.code, OperationResult::General);
-        QCOMPARE(result.message, QStringLiteral("Unable to connect with Open VPN: the server "
-                                                "data are not valid. Try another server"));
+        QCOMPARE(result.message, QStringLiteral("The server's connection data were rejected as "
+                                                "unsafe. Try another server or contact support"));
         QCOMPARE(m_api->calls("receiveAccountInfo"), 1);
         QVERIFY(standIn.starts().isEmpty());
         QVERIFY(!connection.process());
     }
 
-    void failedAccountFetchStillRunsOpenVpn() {
+    void failedAccountFetchStillRunsOpenVpn()
+    {
         // No certificates: OpenVPN refuses the file and exits, run after run, until the limit.
         m_api->accountInfo = AccountInfoGettingResult();
         m_api->accountInfo.status = 2;
@@ -521,7 +542,8 @@ private slots:
 
     // --- the stand-in's control connection to the development service ------------------------
 
-    void tunnelHeldOverTheControlConnection() {
+    void tunnelHeldOverTheControlConnection()
+    {
         QTcpServer service;
         QVERIFY(service.listen(QHostAddress::LocalHost));
         QTcpSocket* peer = nullptr;
@@ -553,7 +575,8 @@ private slots:
         QVERIFY(connection.process()->exitCode() != 0);
     }
 
-    void noSuccessBeforeTheServiceAccepts() {
+    void noSuccessBeforeTheServiceAccepts()
+    {
         QTcpServer service; // accepts, never answers
         QVERIFY(service.listen(QHostAddress::LocalHost));
         StandIn standIn;
@@ -567,7 +590,7 @@ private slots:
     }
 
 private:
-    tavero::test::FixedTranslator m_english;
+    QTranslator m_english;
     std::unique_ptr<tavero::test::FakeServerApi> m_api;
     QStringList m_leftovers;
 };

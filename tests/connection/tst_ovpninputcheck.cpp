@@ -5,7 +5,8 @@ using tavero::OvpnInputCheck;
 
 namespace {
 
-QString block(const QString& label, const QByteArray& payload) {
+QString block(const QString& label, const QByteArray& payload)
+{
     const QByteArray base64 = payload.toBase64();
     QString body;
     for (int i = 0; i < base64.size(); i += 64) {
@@ -22,7 +23,8 @@ const QString ecKey = block(QStringLiteral("EC PRIVATE KEY"), QByteArray(121, '\
 class TestOvpnInputCheck : public QObject {
     Q_OBJECT
 private slots:
-    void hosts_data() {
+    void hosts_data()
+    {
         QTest::addColumn<QString>("host");
         QTest::addColumn<bool>("accepted");
         const QString label63(63, QLatin1Char('a'));
@@ -53,13 +55,15 @@ private slots:
         QTest::newRow("address with port") << "10.0.0.1:1194" << false;
         QTest::newRow("inline tag") << "</ca>" << false;
     }
-    void hosts() {
+    void hosts()
+    {
         QFETCH(QString, host);
         QFETCH(bool, accepted);
         QCOMPARE(OvpnInputCheck::isPlainHost(host), accepted);
     }
 
-    void pemTexts_data() {
+    void pemTexts_data()
+    {
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("accepted");
         QTest::newRow("one certificate") << certificate << true;
@@ -104,7 +108,8 @@ private slots:
         QTest::newRow("larger than the maximum")
             << block("CERTIFICATE", QByteArray(OvpnInputCheck::maximumPemLength, 'x')) << false;
     }
-    void pemTexts() {
+    void pemTexts()
+    {
         QFETCH(QString, text);
         QFETCH(bool, accepted);
         QCOMPARE(OvpnInputCheck::isPemText(text), accepted);

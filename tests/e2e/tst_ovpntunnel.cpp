@@ -17,7 +17,8 @@ using tavero::test::NetnsVpn;
 class TestOvpnTunnel : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() {
+    void initTestCase()
+    {
         if (::geteuid() != 0) {
             QSKIP("needs root to create network namespaces and tun devices");
         }
@@ -43,7 +44,8 @@ private slots:
         }
     }
 
-    void cleanupTestCase() {
+    void cleanupTestCase()
+    {
         if (!m_vpn) {
             return;
         }
@@ -54,12 +56,14 @@ private slots:
         }
     }
 
-    void tunnelCarriesTrafficAndGoesAway_data() {
+    void tunnelCarriesTrafficAndGoesAway_data()
+    {
         QTest::addColumn<int>("type");
         QTest::newRow("udp") << int(OvpnConnection::Udp);
         QTest::newRow("tcp") << int(OvpnConnection::Tcp);
     }
-    void tunnelCarriesTrafficAndGoesAway() {
+    void tunnelCarriesTrafficAndGoesAway()
+    {
         QFETCH(int, type);
         tavero::test::FakeServerApi api;
         api.accountInfo.status = 0;

@@ -10,7 +10,8 @@ namespace tavero::test {
 
 namespace {
 
-QString ipCommand() {
+QString ipCommand()
+{
     const QString found = QStandardPaths::findExecutable(QStringLiteral("ip"));
     return found.isEmpty() ? QStandardPaths::findExecutable(QStringLiteral("ip"),
                                                             {"/usr/sbin", "/sbin", "/usr/bin"})
@@ -20,13 +21,16 @@ QString ipCommand() {
 } // namespace
 
 NetnsVpn::NetnsVpn(QString scriptPath)
-    : m_scriptPath(std::move(scriptPath)) {}
+    : m_scriptPath(std::move(scriptPath))
+{}
 
-NetnsVpn::~NetnsVpn() {
+NetnsVpn::~NetnsVpn()
+{
     stop();
 }
 
-NetnsVpn::Outcome NetnsVpn::start(const QString& workDirectory, int timeoutMs) {
+NetnsVpn::Outcome NetnsVpn::start(const QString& workDirectory, int timeoutMs)
+{
     m_workDirectory = workDirectory;
     m_script.setProcessChannelMode(QProcess::SeparateChannels);
     m_script.start(QStringLiteral("bash"), {m_scriptPath, QStringLiteral("serve"), workDirectory});
@@ -58,7 +62,8 @@ NetnsVpn::Outcome NetnsVpn::start(const QString& workDirectory, int timeoutMs) {
                : Outcome::Failed;
 }
 
-void NetnsVpn::stop() {
+void NetnsVpn::stop()
+{
     if (m_script.state() == QProcess::NotRunning) {
         return;
     }
@@ -71,18 +76,21 @@ void NetnsVpn::stop() {
     }
 }
 
-QString NetnsVpn::value(const QString& key) const {
+QString NetnsVpn::value(const QString& key) const
+{
     const QRegularExpression pair(
         QStringLiteral("(?:^|\\s)%1=(\\S+)").arg(QRegularExpression::escape(key)));
     return pair.match(m_ready).captured(1);
 }
 
-QString NetnsVpn::pkiText(const QString& name) const {
+QString NetnsVpn::pkiText(const QString& name) const
+{
     QFile file(value(QStringLiteral("pki")) + QLatin1Char('/') + name);
     return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
 }
 
-QString NetnsVpn::serverLog(const QString& protocol, int lines) const {
+QString NetnsVpn::serverLog(const QString& protocol, int lines) const
+{
     QFile file(m_workDirectory + QStringLiteral("/server-%1.log").arg(protocol));
     if (!file.open(QIODevice::ReadOnly)) {
         return QString();
@@ -91,7 +99,8 @@ QString NetnsVpn::serverLog(const QString& protocol, int lines) const {
     return all.mid(std::max(0, int(all.size()) - lines)).join(QLatin1Char('\n'));
 }
 
-int NetnsVpn::runInClient(const QStringList& command, QString* output) const {
+int NetnsVpn::runInClient(const QStringList& command, QString* output) const
+{
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(ipCommand(),
@@ -108,7 +117,8 @@ int NetnsVpn::runInClient(const QStringList& command, QString* output) const {
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 
-QStringList NetnsVpn::clientTunDevices() const {
+QStringList NetnsVpn::clientTunDevices() const
+{
     QString listing;
     runInClient({QStringLiteral("ip"), QStringLiteral("-o"), QStringLiteral("link"),
                  QStringLiteral("show")},

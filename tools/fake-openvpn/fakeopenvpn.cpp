@@ -10,7 +10,8 @@ namespace tavero {
 namespace {
 
 // One OpenVPN-style log line, flushed at once (the reader is a pipe).
-void say(const QString& text) {
+void say(const QString& text)
+{
     const QString stamp =
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     for (const QString& line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
@@ -19,7 +20,8 @@ void say(const QString& text) {
     std::fflush(stdout);
 }
 
-std::chrono::milliseconds toMilliseconds(double seconds) {
+std::chrono::milliseconds toMilliseconds(double seconds)
+{
     return std::chrono::milliseconds(qint64(seconds * 1000));
 }
 
@@ -28,7 +30,8 @@ std::chrono::milliseconds toMilliseconds(double seconds) {
 FakeOpenVpn::FakeOpenVpn(const OpenVpnConfigFile& config, QString scenario, QString tunnel)
     : m_config(config)
     , m_scenario(std::move(scenario))
-    , m_tunnel(std::move(tunnel)) {
+    , m_tunnel(std::move(tunnel))
+{
     QObject::connect(&m_control, &QTcpSocket::connected, this, [this] {
         m_control.write(QStringLiteral("HELLO %1 %2\n")
                             .arg(m_config.remoteHost(), m_config.protocol())
@@ -49,12 +52,14 @@ FakeOpenVpn::FakeOpenVpn(const OpenVpnConfigFile& config, QString scenario, QStr
     });
 }
 
-FakeOpenVpn::~FakeOpenVpn() {
+FakeOpenVpn::~FakeOpenVpn()
+{
     // The socket is destroyed after this object's body: it must not call back into it.
     QObject::disconnect(&m_control, nullptr, this, nullptr);
 }
 
-bool FakeOpenVpn::start() {
+bool FakeOpenVpn::start()
+{
     const QString name = m_scenario.section(QLatin1Char(':'), 0, 0);
     const QString number = m_scenario.section(QLatin1Char(':'), 1);
     bool numberOk = true;
@@ -97,7 +102,8 @@ bool FakeOpenVpn::start() {
     return true;
 }
 
-void FakeOpenVpn::printHeader() {
+void FakeOpenVpn::printHeader()
+{
     if (m_config.usesCompression()) {
         say(QStringLiteral("WARNING: Compression for receiving enabled. Compression has been used "
                            "in the past to break encryption. Sent packets are not compressed "
@@ -111,7 +117,8 @@ void FakeOpenVpn::printHeader() {
             .arg(m_config.remotePort()));
 }
 
-void FakeOpenVpn::establish() {
+void FakeOpenVpn::establish()
+{
     const QString link = m_config.protocol() == QLatin1String("tcp")
                              ? QStringLiteral("TCPv4_CLIENT")
                              : QStringLiteral("UDPv4");
@@ -128,7 +135,8 @@ void FakeOpenVpn::establish() {
     }
 }
 
-void FakeOpenVpn::connectControl() {
+void FakeOpenVpn::connectControl()
+{
     const int colon = m_tunnel.lastIndexOf(QLatin1Char(':'));
     bool portOk = false;
     const int port = m_tunnel.mid(colon + 1).toInt(&portOk);
@@ -142,7 +150,8 @@ void FakeOpenVpn::connectControl() {
     m_control.connectToHost(m_tunnel.left(colon), quint16(port));
 }
 
-void FakeOpenVpn::onControlReadable() {
+void FakeOpenVpn::onControlReadable()
+{
     m_reply += m_control.readAll();
     if (m_accepted || !m_reply.contains('\n')) {
         return;
@@ -156,13 +165,15 @@ void FakeOpenVpn::onControlReadable() {
     }
 }
 
-void FakeOpenVpn::onControlClosed() {
+void FakeOpenVpn::onControlClosed()
+{
     if (m_accepted) {
         breakTunnel(QStringLiteral("Connection reset, restarting [0]"));
     }
 }
 
-void FakeOpenVpn::completed() {
+void FakeOpenVpn::completed()
+{
     say(QStringLiteral("Initialization Sequence Completed"));
     if (m_scenario.startsWith(QLatin1String("break-after"))) {
         QTimer::singleShot(toMilliseconds(m_seconds), this, [this] {
@@ -172,7 +183,8 @@ void FakeOpenVpn::completed() {
     }
 }
 
-void FakeOpenVpn::breakTunnel(const QString& reason) {
+void FakeOpenVpn::breakTunnel(const QString& reason)
+{
     say(reason);
     say(QStringLiteral("SIGTERM[soft,tunnel-broken] received, process exiting"));
     QCoreApplication::exit(1);

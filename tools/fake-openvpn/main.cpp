@@ -16,7 +16,8 @@ namespace {
 
 // Appends one JSON line describing this start to the file named by TAVERO_FAKE_OPENVPN_LOG, so a
 // test can see how often, where and on what the stand-in was started.
-void recordStart(const QString& configPath) {
+void recordStart(const QString& configPath)
+{
     const QString logPath = qEnvironmentVariable("TAVERO_FAKE_OPENVPN_LOG");
     if (logPath.isEmpty()) {
         return;
@@ -45,7 +46,8 @@ void recordStart(const QString& configPath) {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv)
+{
     QCoreApplication app(argc, argv);
     const QStringList arguments = app.arguments().mid(1);
     if (arguments.size() != 2 || arguments.first() != QLatin1String("--config")) {

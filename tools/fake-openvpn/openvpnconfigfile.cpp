@@ -12,7 +12,8 @@ namespace tavero {
 namespace {
 
 // Directive -> (fewest, most) parameters, for the directives the client's templates use.
-const QHash<QString, QPair<int, int>>& knownDirectives() {
+const QHash<QString, QPair<int, int>>& knownDirectives()
+{
     static const QHash<QString, QPair<int, int>> directives{
         {"client", {0, 0}},      {"dev", {1, 1}},           {"proto", {1, 1}},
         {"remote", {1, 3}},      {"resolv-retry", {1, 1}},  {"nobind", {0, 0}},
@@ -30,12 +31,14 @@ const QStringList inlineBlocks{"ca", "cert", "key"};
 
 } // namespace
 
-bool OpenVpnConfigFile::fail(const QString& text) {
+bool OpenVpnConfigFile::fail(const QString& text)
+{
     m_errors += text + QLatin1Char('\n');
     return false;
 }
 
-bool OpenVpnConfigFile::load(const QString& path) {
+bool OpenVpnConfigFile::load(const QString& path)
+{
     m_path = path;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -109,7 +112,8 @@ bool OpenVpnConfigFile::load(const QString& path) {
     return true;
 }
 
-bool OpenVpnConfigFile::checkDirective(const QStringList& words, int lineNumber) {
+bool OpenVpnConfigFile::checkDirective(const QStringList& words, int lineNumber)
+{
     const QString& name = words.first();
     const auto known = knownDirectives().constFind(name);
     const int parameters = words.size() - 1;
