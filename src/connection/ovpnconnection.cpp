@@ -22,6 +22,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
+constexpr milliseconds startCheckLimit{5000};
+
 #ifdef Q_OS_WIN
 const QString programName = QStringLiteral("openvpn.exe");
 #else
@@ -209,8 +211,10 @@ OperationResult OvpnConnection::tryConnectOneTime(const QString& configText,
     qDebug().noquote() << programName + QStringLiteral(" start ") + programPath() +
                               QStringLiteral(" --config ") + m_configFilePath;
     m_process->start(QIODevice::ReadWrite);
-    // A missing or unusable program is known as soon as exec has failed, which is immediate.
-    m_process->waitForStarted(int(m_limits.slice.count()));
+    // Returns as soon as exec has succeeded or failed (a matter of milliseconds), so a missing or
+    // unusable program is told apart from one that fails later; the bound only guards against an
+    // exec that hangs.
+    m_process->waitForStarted(int(startCheckLimit.count()));
     if (m_process->error() == QProcess::FailedToStart) {
         qWarning().noquote() << "cannot start" << programPath() << ":" << m_process->errorString();
         return failure("warning.open_vpn_running_fails_check_apps");
