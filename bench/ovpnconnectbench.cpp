@@ -104,14 +104,8 @@ int main(int argc, char** argv)
     }
 
     tavero::test::FakeServerApi api;
-    api.accountInfo.status = 0;
-    api.accountInfo.caCertificate = vpn.pkiText("ca.pem");
-    api.accountInfo.publicKey = vpn.pkiText("client1.pem");
-    api.accountInfo.privateKey = vpn.pkiText("client1.key");
-    VpnServerInformation server;
-    server.name = QStringLiteral("netns");
-    server.host = vpn.host();
-    server.hasOvpnConfig = true;
+    api.accountInfo = vpn.accountInfo();
+    const VpnServerInformation server = vpn.server();
     OvpnConnection driver(api, vpn.programDirectory());
 
     std::printf("OpenVPN connect, %d runs each, interleaved; medians in ms\n", runs);

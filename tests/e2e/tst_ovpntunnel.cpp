@@ -66,15 +66,9 @@ private slots:
     {
         QFETCH(int, type);
         tavero::test::FakeServerApi api;
-        api.accountInfo.status = 0;
-        api.accountInfo.caCertificate = m_vpn->pkiText("ca.pem");
-        api.accountInfo.publicKey = m_vpn->pkiText("client1.pem");
-        api.accountInfo.privateKey = m_vpn->pkiText("client1.key");
+        api.accountInfo = m_vpn->accountInfo();
         QVERIFY(api.accountInfo.hasVPNData());
-        VpnServerInformation server;
-        server.name = QStringLiteral("netns");
-        server.host = m_vpn->host();
-        server.hasOvpnConfig = true;
+        const VpnServerInformation server = m_vpn->server();
         const QString gateway =
             type == OvpnConnection::Udp ? m_vpn->udpGateway() : m_vpn->tcpGateway();
 

@@ -99,6 +99,25 @@ QString NetnsVpn::serverLog(const QString& protocol, int lines) const
     return all.mid(std::max(0, int(all.size()) - lines)).join(QLatin1Char('\n'));
 }
 
+AccountInfoGettingResult NetnsVpn::accountInfo() const
+{
+    AccountInfoGettingResult account;
+    account.status = RequestResult::Ok;
+    account.caCertificate = pkiText(QStringLiteral("ca.pem"));
+    account.publicKey = pkiText(QStringLiteral("client1.pem"));
+    account.privateKey = pkiText(QStringLiteral("client1.key"));
+    return account;
+}
+
+VpnServerInformation NetnsVpn::server() const
+{
+    VpnServerInformation record;
+    record.name = QStringLiteral("netns");
+    record.host = host();
+    record.hasOvpnConfig = true;
+    return record;
+}
+
 int NetnsVpn::runInClient(const QStringList& command, QString* output) const
 {
     QProcess process;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "api/accountinfogettingresult.h"
+#include "api/vpnserverinformation.h"
+
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -34,6 +37,11 @@ public:
 
     // The OpenVPN server's log for "udp" or "tcp" (the last `lines` lines).
     QString serverLog(const QString& protocol, int lines = 40) const;
+
+    // The account of the PKI's first client (CA, certificate, key), as the service would send it.
+    AccountInfoGettingResult accountInfo() const;
+    // The server record of the OpenVPN server ("netns", with an OpenVPN configuration).
+    VpnServerInformation server() const;
 
     // Runs a command inside the client namespace; its exit status (-1 when it could not run).
     int runInClient(const QStringList& command, QString* output = nullptr) const;
