@@ -1,0 +1,35 @@
+#include "gui/pages/waitingplate.h"
+
+#include "ui_waitingplate.h"
+
+#include <QPainter>
+
+namespace Gui {
+
+namespace {
+// The page background, mostly opaque, so the page shows through faintly.
+constexpr QRgb plateColor = 0xF1F4FB;
+constexpr int plateAlpha = 225;
+} // namespace
+
+WaitingPlate::WaitingPlate(QWidget* parent)
+    : QWidget(parent)
+    , m_ui(std::make_unique<Ui::WaitingPlate>()) {
+    m_ui->setupUi(this);
+    setAttribute(Qt::WA_TranslucentBackground);
+}
+
+WaitingPlate::~WaitingPlate() = default;
+
+WaitingIndicator* WaitingPlate::indicator() const {
+    return m_ui->indicator_;
+}
+
+void WaitingPlate::paintEvent(QPaintEvent*) {
+    QColor color(plateColor);
+    color.setAlpha(plateAlpha);
+    QPainter painter(this);
+    painter.fillRect(rect(), color);
+}
+
+} // namespace Gui
