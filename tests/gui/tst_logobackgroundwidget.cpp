@@ -1,16 +1,8 @@
 #include "gui/pages/logobackgroundwidget.h"
 #include "support/testmain.h"
-
-#include <QImage>
+#include "support/widgetpainting.h"
 
 namespace {
-
-QImage paintOf(QWidget& widget) {
-    QImage image(widget.size(), QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    widget.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
-    return image;
-}
 
 enum class Mode { White, Dark, Gradient };
 
@@ -26,6 +18,10 @@ QColor between(const QColor& from, const QColor& to, double start, double span, 
 } // namespace
 
 Q_DECLARE_METATYPE(Mode)
+
+using tavero::test::colorMismatch;
+using tavero::test::colorsNear;
+using tavero::test::paintedImage;
 
 // The band's three looks, sampled at chosen pixels of a 100 × 40 widget.
 class TestLogoBackgroundWidget : public QObject {
@@ -86,22 +82,16 @@ private slots:
             band.setGradient();
         }
 
-        const QColor actual = paintOf(band).pixelColor(point);
-        const QString message =
-            QStringLiteral("got %1, expected %2")
-                .arg(actual.name(QColor::HexArgb), expected.name(QColor::HexArgb));
-        QVERIFY2(std::abs(actual.alpha() - expected.alpha()) <= tolerance, qPrintable(message));
-        QVERIFY2(std::abs(actual.red() - expected.red()) <= tolerance &&
-                     std::abs(actual.green() - expected.green()) <= tolerance &&
-                     std::abs(actual.blue() - expected.blue()) <= tolerance,
-                 qPrintable(message));
+        const QColor actual = paintedImage(band).pixelColor(point);
+        QVERIFY2(colorsNear(actual, expected, tolerance),
+                 qPrintable(colorMismatch(actual, expected)));
     }
 
     void gradientFadesOutTowardsTheBottom() {
         LogoBackgroundWidget band;
         band.resize(100, 40);
         band.setGradient();
-        const QImage image = paintOf(band);
+        const QImage image = paintedImage(band);
         int previous = 256;
         for (int y = 1; y < 39; ++y) {
             const int alpha = qAlpha(image.pixel(50, y));

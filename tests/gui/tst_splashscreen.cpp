@@ -2,9 +2,12 @@
 #include "gui/pages/waitingindicator.h"
 #include "support/maptranslator.h"
 #include "support/testmain.h"
+#include "support/widgetpainting.h"
 
 #include <QLabel>
 
+using tavero::test::colorMismatch;
+using tavero::test::colorsNear;
 using tavero::test::MapTranslator;
 
 class TestSplashScreen : public QObject {
@@ -42,13 +45,10 @@ private slots:
         const QImage image = window.grab().toImage();
         const QColor top = image.pixelColor(5, 0);
         const QColor bottom = image.pixelColor(5, image.height() - 1);
-        auto near = [](const QColor& actual, const QColor& expected) {
-            return std::abs(actual.red() - expected.red()) <= 2 &&
-                   std::abs(actual.green() - expected.green()) <= 2 &&
-                   std::abs(actual.blue() - expected.blue()) <= 2;
-        };
-        QVERIFY2(near(top, QColor(21, 36, 59)), qPrintable(top.name()));
-        QVERIFY2(near(bottom, QColor(83, 75, 103)), qPrintable(bottom.name()));
+        QVERIFY2(colorsNear(top, QColor(21, 36, 59), 2),
+                 qPrintable(colorMismatch(top, QColor(21, 36, 59))));
+        QVERIFY2(colorsNear(bottom, QColor(83, 75, 103), 2),
+                 qPrintable(colorMismatch(bottom, QColor(83, 75, 103))));
     }
 
     void isAFramelessPageWithASpinner() {

@@ -1,22 +1,18 @@
 #include "gui/pages/waitingindicator.h"
 #include "gui/pages/waitingplate.h"
 #include "support/testmain.h"
+#include "support/widgetpainting.h"
 
 #include <QImage>
 #include <QLayout>
 
 using Gui::WaitingIndicator;
 using Gui::WaitingPlate;
+using tavero::test::colorMismatch;
+using tavero::test::colorsNear;
+using tavero::test::paintedImage;
 
 namespace {
-
-// What the widget itself paints, over a transparent image (no window background).
-QImage paintOf(QWidget& widget) {
-    QImage image(widget.size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    widget.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
-    return image;
-}
 
 bool isFullyTransparent(const QImage& image) {
     for (int y = 0; y < image.height(); ++y) {
@@ -81,7 +77,7 @@ private slots:
         WaitingIndicator indicator;
         indicator.resize(size);
         for (int step = 0; step < 9; ++step) {
-            QVERIFY(isFullyTransparent(paintOf(indicator)));
+            QVERIFY(isFullyTransparent(paintedImage(indicator)));
             indicator.advance();
         }
         // And the real paint path of a shown widget.
@@ -118,7 +114,7 @@ private slots:
         const int trailingAlpha = qRound(255 * (1.0 - 7.0 / 9)); // capsule 7 at +45°
         const int secondAlpha = qRound(255 * (1.0 - 1.0 / 9));
 
-        QImage image = paintOf(indicator);
+        QImage image = paintedImage(indicator);
         QVERIFY2(near(qAlpha(image.pixel(up)), 255, 2),
                  qPrintable(QString::number(qAlpha(image.pixel(up)))));
         QVERIFY(near(qAlpha(image.pixel(upRight)), trailingAlpha, 3));
@@ -126,7 +122,7 @@ private slots:
         QCOMPARE(lead.rgb(), QColor(Qt::gray).rgb());
 
         indicator.advance();
-        image = paintOf(indicator);
+        image = paintedImage(indicator);
         QVERIFY2(near(qAlpha(image.pixel(up)), secondAlpha, 3),
                  qPrintable(QString::number(qAlpha(image.pixel(up)))));
         QVERIFY(near(qAlpha(image.pixel(upRight)), 255, 2));
@@ -147,13 +143,11 @@ private slots:
         QVERIFY2(offset.manhattanLength() <= 2,
                  qPrintable(QStringLiteral("%1,%2").arg(offset.x()).arg(offset.y())));
 
-        const QImage image = paintOf(plate);
+        const QImage image = paintedImage(plate);
         for (const QPoint& corner : {QPoint(0, 0), QPoint(488, 444), QPoint(100, 300)}) {
+            const QColor expected(0xF1, 0xF4, 0xFB, 225);
             const QColor color = image.pixelColor(corner);
-            QVERIFY2(near(color.alpha(), 225, 1), qPrintable(color.name(QColor::HexArgb)));
-            QVERIFY2(near(color.red(), 0xF1, 1) && near(color.green(), 0xF4, 1) &&
-                         near(color.blue(), 0xFB, 1),
-                     qPrintable(color.name(QColor::HexArgb)));
+            QVERIFY2(colorsNear(color, expected, 1), qPrintable(colorMismatch(color, expected)));
         }
         // The spinner is painted over the plate: its leading capsule is grey and opaque.
         const QPoint lead = indicator->geometry().topLeft() + QPoint(24, 7);
@@ -167,7 +161,7 @@ private slots:
         plate.layout()->activate();
         const QPoint offset = plate.indicator()->geometry().center() - plate.rect().center();
         QVERIFY(offset.manhattanLength() <= 2);
-        QCOMPARE(qAlpha(paintOf(plate).pixel(359, 549)), 225);
+        QCOMPARE(qAlpha(paintedImage(plate).pixel(359, 549)), 225);
     }
 };
 
