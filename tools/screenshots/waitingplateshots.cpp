@@ -1,5 +1,6 @@
 #include "gui/pages/logobackgroundwidget.h"
 #include "gui/pages/waitingplate.h"
+#include "gui/shell/colors.h"
 #include "shotregistry.h"
 
 #include <QLabel>
@@ -12,8 +13,10 @@ namespace {
 // fading gradient) and some text, so that the plate's translucency shows.
 std::unique_ptr<QWidget> makePlainPage() {
     auto page = std::make_unique<QWidget>();
-    page->setStyleSheet(QStringLiteral("QWidget {background: #F1F4FB;} QLabel {color: #10224B; "
-                                       "font-size: 22px; background: transparent;}"));
+    page->setStyleSheet(
+        QStringLiteral("QWidget {background: %1;} QLabel {color: %2; font-size: 22px; "
+                       "background: transparent;}")
+            .arg(QLatin1String(Colors::windowBackground), QLatin1String(Colors::loginText)));
     auto* layout = new QVBoxLayout(page.get());
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -28,7 +31,7 @@ std::unique_ptr<QWidget> makePlainPage() {
 
     auto* bottom = new LogoBackgroundWidget(page.get());
     bottom->setFixedHeight(200);
-    bottom->setColor(QColor(0xDC, 0xE2, 0xEF));
+    bottom->setColor(QColor(Colors::bottomBandGradient));
     bottom->setGradient();
     layout->addWidget(bottom);
 

@@ -1,5 +1,7 @@
 #include "gui/pages/logobackgroundwidget.h"
 
+#include "gui/shell/colors.h"
+
 #include <QLinearGradient>
 #include <QPainter>
 #include <cmath>
@@ -33,8 +35,10 @@ void LogoBackgroundWidget::paintEvent(QPaintEvent*) {
     if (m_gradient) {
         QLinearGradient gradient(width() / 2.0, 0, width() / 2.0, height());
         gradient.setSpread(QGradient::PadSpread);
-        gradient.setColorAt(0, QColor(0xDC, 0xE2, 0xEF));
-        gradient.setColorAt(1, QColor(220, 226, 239, 0));
+        QColor top(Colors::bottomBandGradient);
+        gradient.setColorAt(0, top);
+        top.setAlpha(0);
+        gradient.setColorAt(1, top);
         painter.setBrush(gradient);
     } else {
         painter.setBrush(QBrush(m_color, Qt::SolidPattern));

@@ -31,6 +31,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QColor m_color = QColor(0xff, 0xff, 0xff);
+    QColor m_color = Qt::white;
     bool m_gradient = false;
 };

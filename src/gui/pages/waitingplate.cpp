@@ -1,5 +1,6 @@
 #include "gui/pages/waitingplate.h"
 
+#include "gui/shell/colors.h"
 #include "ui_waitingplate.h"
 
 #include <QPainter>
@@ -7,8 +8,7 @@
 namespace Gui {
 
 namespace {
-// The page background, mostly opaque, so the page shows through faintly.
-constexpr QRgb plateColor = 0xF1F4FB;
+// Mostly opaque, so the page shows through faintly.
 constexpr int plateAlpha = 225;
 } // namespace
 
@@ -26,7 +26,7 @@ WaitingIndicator* WaitingPlate::indicator() const {
 }
 
 void WaitingPlate::paintEvent(QPaintEvent*) {
-    QColor color(plateColor);
+    QColor color(Colors::windowBackground);
     color.setAlpha(plateAlpha);
     QPainter painter(this);
     painter.fillRect(rect(), color);
