@@ -14,7 +14,8 @@ namespace {
 
 const char context[] = "AboutProgrammWindowsWidget";
 
-QString textOf(const QWidget& parent, const char* name) {
+QString textOf(const QWidget& parent, const char* name)
+{
     if (auto* label = parent.findChild<QLabel*>(name))
         return label->text();
     if (auto* button = parent.findChild<QPushButton*>(name))
@@ -31,7 +32,8 @@ class TestAboutPage : public QObject {
     MapTranslator m_russian;
 
 private slots:
-    void initTestCase() {
+    void initTestCase()
+    {
         QCoreApplication::setApplicationVersion("1.2.3.10");
         m_english.add(context, "label.version", "Version")
             .add(context, "label.release_date", "Updated at")
@@ -49,12 +51,14 @@ private slots:
             .add(context, "message.you_have_actual_version", "У вас последняя версия");
     }
 
-    void cleanup() {
+    void cleanup()
+    {
         QCoreApplication::removeTranslator(&m_english);
         QCoreApplication::removeTranslator(&m_russian);
     }
 
-    void showsVersionAndReleaseDateInTheCurrentLanguage() {
+    void showsVersionAndReleaseDateInTheCurrentLanguage()
+    {
         qApp->setProperty("AppLocaleDateString", "January 20, 2021");
         QCoreApplication::installTranslator(&m_english);
         AboutProgrammWindowsWidget about;
@@ -67,7 +71,8 @@ private slots:
 
     // The language manager first stores the new date text, then swaps the catalogue; the page
     // follows the language-change event on its own.
-    void followsALanguageChange() {
+    void followsALanguageChange()
+    {
         qApp->setProperty("AppLocaleDateString", "January 20, 2021");
         QCoreApplication::installTranslator(&m_english);
         AboutProgrammWindowsWidget about;
@@ -92,14 +97,16 @@ private slots:
         QCOMPARE(driver.seen().first().text, QString("У вас последняя версия"));
     }
 
-    void copyrightNamesTheCurrentYear() {
+    void copyrightNamesTheCurrentYear()
+    {
         AboutProgrammWindowsWidget about;
         const QString year = QString::number(QDate::currentDate().year());
         QVERIFY2(textOf(about, "copyRightLabel").contains(year),
                  qPrintable(textOf(about, "copyRightLabel")));
     }
 
-    void latestVersionBoxIsModalWithoutAParent() {
+    void latestVersionBoxIsModalWithoutAParent()
+    {
         QCoreApplication::installTranslator(&m_english);
         AboutProgrammWindowsWidget about;
         about.show();
@@ -112,7 +119,8 @@ private slots:
         QCOMPARE(driver.seen().first().text, QString("You have the latest version"));
     }
 
-    void checkButtonAsksForAnUpdateCheck() {
+    void checkButtonAsksForAnUpdateCheck()
+    {
         AboutProgrammWindowsWidget about;
         QSignalSpy spy(&about, &AboutProgrammWindowsWidget::checkNewVersionAppSignal);
         auto* button = about.findChild<QPushButton*>("checkUpdateButton");

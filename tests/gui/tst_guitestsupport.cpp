@@ -9,7 +9,8 @@ class TestGuiTestSupport : public QObject {
     Q_OBJECT
 
 private slots:
-    void utilsAnswerFromTheQueueAndRecordEveryBox() {
+    void utilsAnswerFromTheQueueAndRecordEveryBox()
+    {
         FakeViewManager viewManager;
         FakeViewManagerUtils& fake = viewManager.fakeUtils();
         IViewManagerUtils* utils = viewManager.utils();
@@ -36,7 +37,8 @@ private slots:
         QCOMPARE(fake.boxes().at(1).defaultButton, QMessageBox::Ok);
     }
 
-    void utilsTrackTheWaitCursorNesting() {
+    void utilsTrackTheWaitCursorNesting()
+    {
         FakeViewManagerUtils utils;
         utils.showWaitCursor(true);
         utils.showWaitCursor(false);
@@ -49,7 +51,8 @@ private slots:
         QCOMPARE(utils.disablingWaitCursors(), 1);
     }
 
-    void viewManagerRecordsNavigationInOrder() {
+    void viewManagerRecordsNavigationInOrder()
+    {
         FakeViewManager viewManager;
         viewManager.setCheckUpdateAnswer(true);
         QVERIFY(viewManager.checkUpdateDlg());

@@ -8,7 +8,8 @@ enum class Mode { White, Dark, Gradient };
 
 // Colours along a vertical gradient of `span` pixels starting at `start`, at pixel row y
 // (sampled at the pixel's centre).
-QColor between(const QColor& from, const QColor& to, double start, double span, int y) {
+QColor between(const QColor& from, const QColor& to, double start, double span, int y)
+{
     const double t = (y + 0.5 - start) / span;
     auto mix = [t](int a, int b) { return qRound(a + (b - a) * t); };
     return QColor(mix(from.red(), to.red()), mix(from.green(), to.green()),
@@ -28,7 +29,8 @@ class TestLogoBackgroundWidget : public QObject {
     Q_OBJECT
 
 private slots:
-    void paintsTheExpectedColours_data() {
+    void paintsTheExpectedColours_data()
+    {
         QTest::addColumn<Mode>("mode");
         QTest::addColumn<QPoint>("point");
         QTest::addColumn<QColor>("expected");
@@ -67,7 +69,8 @@ private slots:
             << Mode::Gradient << QPoint(70, 30) << between(opaque, clear, 0, 40, 30) << 3;
     }
 
-    void paintsTheExpectedColours() {
+    void paintsTheExpectedColours()
+    {
         QFETCH(Mode, mode);
         QFETCH(QPoint, point);
         QFETCH(QColor, expected);
@@ -87,7 +90,8 @@ private slots:
                  qPrintable(colorMismatch(actual, expected)));
     }
 
-    void gradientFadesOutTowardsTheBottom() {
+    void gradientFadesOutTowardsTheBottom()
+    {
         LogoBackgroundWidget band;
         band.resize(100, 40);
         band.setGradient();

@@ -13,7 +13,8 @@ using tavero::test::MessageBoxDriver;
 namespace {
 
 // Every text a user sees on the widget: window title, labels and buttons.
-QStringList visibleTexts(const QWidget& widget) {
+QStringList visibleTexts(const QWidget& widget)
+{
     QStringList texts{widget.windowTitle()};
     for (const QLabel* label : widget.findChildren<QLabel*>())
         texts << label->text();
@@ -23,7 +24,8 @@ QStringList visibleTexts(const QWidget& widget) {
     return texts;
 }
 
-QStringList untranslated(const QStringList& texts) {
+QStringList untranslated(const QStringList& texts)
+{
     static const QRegularExpression key(
         QStringLiteral("\\b(label|action|title|message|warning|body)\\.[a-z_]+"));
     QStringList result;
@@ -44,7 +46,8 @@ class TestPageTranslations : public QObject {
     QTranslator m_translator;
 
 private slots:
-    void init() {
+    void init()
+    {
         QFETCH_GLOBAL(QString, language);
         QVERIFY2(m_translator.load(":/translations/" + language), qPrintable(language));
         QCoreApplication::installTranslator(&m_translator);
@@ -53,13 +56,15 @@ private slots:
 
     void cleanup() { QCoreApplication::removeTranslator(&m_translator); }
 
-    void initTestCase_data() {
+    void initTestCase_data()
+    {
         QTest::addColumn<QString>("language");
         for (const char* language : {"eng", "fra", "ger", "rus", "spa"})
             QTest::newRow(language) << language;
     }
 
-    void aboutPageIsFullyTranslated() {
+    void aboutPageIsFullyTranslated()
+    {
         AboutProgrammWindowsWidget about;
         const QStringList texts = visibleTexts(about);
         QVERIFY(texts.size() >= 5);
@@ -73,7 +78,8 @@ private slots:
         QVERIFY2(untranslated(boxTexts).isEmpty(), qPrintable(boxTexts.join(" | ")));
     }
 
-    void splashPageIsFullyTranslated() {
+    void splashPageIsFullyTranslated()
+    {
         Gui::SplashScreen splash;
         const QStringList texts = visibleTexts(splash);
         QCOMPARE(texts.size(), 1);

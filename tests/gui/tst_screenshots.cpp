@@ -10,7 +10,8 @@ class TestScreenshots : public QObject {
 
     QString tool() const { return qEnvironmentVariable("TAVERO_SCREENSHOTS"); }
 
-    QProcess* start(const QStringList& arguments) {
+    QProcess* start(const QStringList& arguments)
+    {
         auto* process = new QProcess(this);
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("QT_QPA_PLATFORM", "offscreen");
@@ -20,7 +21,8 @@ class TestScreenshots : public QObject {
     }
 
 private slots:
-    void listsTheRegisteredPages() {
+    void listsTheRegisteredPages()
+    {
         QProcess* process = start({"--list"});
         QVERIFY(process->waitForFinished(30000));
         QCOMPARE(process->exitCode(), 0);
@@ -30,7 +32,8 @@ private slots:
         QVERIFY2(listing.contains("waitingplate: plain, waiting"), qPrintable(listing));
     }
 
-    void writesOnePicturePerPageStateAndLanguage() {
+    void writesOnePicturePerPageStateAndLanguage()
+    {
         QTemporaryDir out;
         QVERIFY(out.isValid());
         QProcess* process = start({"--out", out.path() + "/shots", "--pages",
@@ -62,13 +65,15 @@ private slots:
         QVERIFY(plain != waiting);
     }
 
-    void refusesUnknownPagesAndLanguages_data() {
+    void refusesUnknownPagesAndLanguages_data()
+    {
         QTest::addColumn<QStringList>("arguments");
         QTest::newRow("page") << QStringList{"--pages", "about,nosuchpage"};
         QTest::newRow("language") << QStringList{"--languages", "eng,xx"};
     }
 
-    void refusesUnknownPagesAndLanguages() {
+    void refusesUnknownPagesAndLanguages()
+    {
         QFETCH(QStringList, arguments);
         QTemporaryDir out;
         QProcess* process = start(QStringList{"--out", out.path()} + arguments);

@@ -14,7 +14,8 @@ class TestSplashScreen : public QObject {
     Q_OBJECT
 
 private slots:
-    void retranslatesInTheFormsContext() {
+    void retranslatesInTheFormsContext()
+    {
         Gui::SplashScreen splash;
         auto* label = splash.findChild<QLabel*>("labelConnecting");
         QVERIFY(label);
@@ -33,7 +34,8 @@ private slots:
 
     // The page paints its own vertical gradient (a style sheet on a widget subclass, which is
     // easily lost), whatever the window around it uses.
-    void paintsItsGradientFromTopToBottom() {
+    void paintsItsGradientFromTopToBottom()
+    {
         QWidget window;
         window.setStyleSheet("QWidget {background: #F1F4FB; border: transparent;}");
         auto* splash = new Gui::SplashScreen(&window);
@@ -51,7 +53,8 @@ private slots:
                  qPrintable(colorMismatch(bottom, QColor(83, 75, 103))));
     }
 
-    void isAFramelessPageWithASpinner() {
+    void isAFramelessPageWithASpinner()
+    {
         Gui::SplashScreen splash;
         QVERIFY(splash.windowFlags().testFlag(Qt::FramelessWindowHint));
         auto* indicator = splash.findChild<Gui::WaitingIndicator*>("indicator_1");

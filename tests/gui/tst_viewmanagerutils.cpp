@@ -18,14 +18,16 @@ class TestViewManagerUtils : public QObject {
     MapTranslator m_translator;
 
 private slots:
-    void initTestCase() {
+    void initTestCase()
+    {
         m_translator.add("QObject", "action.yes", "YES").add("QObject", "action.no", "No");
         QCoreApplication::installTranslator(&m_translator);
     }
 
     void cleanup() { QVERIFY(!QApplication::overrideCursor()); }
 
-    void nestedWaitCursorKeepsPageDisabledUntilTheOutermostRestore() {
+    void nestedWaitCursorKeepsPageDisabledUntilTheOutermostRestore()
+    {
         QWidget page;
         ViewManagerUtils utils;
         utils.setParentForMessages(&page);
@@ -45,7 +47,8 @@ private slots:
         QCOMPARE(utils.waitCursorDepth(), 0);
     }
 
-    void waitCursorDisablesOnlyWhenAskedAndOnlyTheCurrentPage() {
+    void waitCursorDisablesOnlyWhenAskedAndOnlyTheCurrentPage()
+    {
         QWidget page;
         QWidget other;
         ViewManagerUtils utils;
@@ -64,7 +67,8 @@ private slots:
 
     // The page may change while an operation runs (a log-in that ends on the status page): the
     // page disabled at the start must still come back.
-    void pageSwitchedDuringTheWaitIsReenabled() {
+    void pageSwitchedDuringTheWaitIsReenabled()
+    {
         QWidget login;
         QWidget status;
         ViewManagerUtils utils;
@@ -81,7 +85,8 @@ private slots:
         QVERIFY(status.isEnabled());
     }
 
-    void pageDestroyedDuringTheWaitIsSkipped() {
+    void pageDestroyedDuringTheWaitIsSkipped()
+    {
         ViewManagerUtils utils;
         auto page = std::make_unique<QWidget>();
         utils.setParentForMessages(page.get());
@@ -92,7 +97,8 @@ private slots:
         QCOMPARE(utils.waitCursorDepth(), 0);
     }
 
-    void unmatchedRestoreDoesNotUnbalanceLaterNesting() {
+    void unmatchedRestoreDoesNotUnbalanceLaterNesting()
+    {
         QWidget page;
         ViewManagerUtils utils;
         utils.setParentForMessages(&page);
@@ -107,7 +113,8 @@ private slots:
         QVERIFY(page.isEnabled());
     }
 
-    void destructionEndsAnOpenWait() {
+    void destructionEndsAnOpenWait()
+    {
         QWidget page;
         {
             ViewManagerUtils utils;
@@ -119,7 +126,8 @@ private slots:
         QVERIFY(!QApplication::overrideCursor());
     }
 
-    void answers_data() {
+    void answers_data()
+    {
         QTest::addColumn<Buttons>("buttons");
         QTest::addColumn<QString>("click");
         QTest::addColumn<QStringList>("shownButtons");
@@ -139,7 +147,8 @@ private slots:
                                         << QStringList{"Abort", "Retry"} << QMessageBox::Retry;
     }
 
-    void answers() {
+    void answers()
+    {
         QFETCH(Buttons, buttons);
         QFETCH(QString, click);
         QFETCH(QStringList, shownButtons);
@@ -158,7 +167,8 @@ private slots:
         QCOMPARE(seenButtons, shownButtons);
     }
 
-    void eachKindShowsItsIconTitleAndText_data() {
+    void eachKindShowsItsIconTitleAndText_data()
+    {
         QTest::addColumn<int>("kind");
         QTest::addColumn<QMessageBox::Icon>("icon");
         QTest::newRow("information") << 0 << QMessageBox::Information;
@@ -167,7 +177,8 @@ private slots:
         QTest::newRow("critical") << 3 << QMessageBox::Critical;
     }
 
-    void eachKindShowsItsIconTitleAndText() {
+    void eachKindShowsItsIconTitleAndText()
+    {
         QFETCH(int, kind);
         QFETCH(QMessageBox::Icon, icon);
 
@@ -187,14 +198,16 @@ private slots:
         QCOMPARE(driver.seen().first().text, QString("Something happened"));
     }
 
-    void defaultYesOrNoMeansTheReplacingButton_data() {
+    void defaultYesOrNoMeansTheReplacingButton_data()
+    {
         QTest::addColumn<Button>("defaultButton");
         QTest::addColumn<QString>("expected");
         QTest::newRow("yes") << QMessageBox::Yes << "YES";
         QTest::newRow("no") << QMessageBox::No << "No";
     }
 
-    void defaultYesOrNoMeansTheReplacingButton() {
+    void defaultYesOrNoMeansTheReplacingButton()
+    {
         QFETCH(Button, defaultButton);
         QFETCH(QString, expected);
 
@@ -205,7 +218,8 @@ private slots:
         QCOMPARE(driver.seen().first().defaultButton, expected);
     }
 
-    void boxesInSequenceAreAnsweredInOrder() {
+    void boxesInSequenceAreAnsweredInOrder()
+    {
         ViewManagerUtils utils;
         MessageBoxDriver driver;
         driver.clickOnNextBox("No");

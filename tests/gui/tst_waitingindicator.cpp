@@ -14,7 +14,8 @@ using tavero::test::paintedImage;
 
 namespace {
 
-bool isFullyTransparent(const QImage& image) {
+bool isFullyTransparent(const QImage& image)
+{
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             if (qAlpha(image.pixel(x, y)) != 0)
@@ -24,7 +25,8 @@ bool isFullyTransparent(const QImage& image) {
     return true;
 }
 
-bool near(int actual, int expected, int tolerance) {
+bool near(int actual, int expected, int tolerance)
+{
     return std::abs(actual - expected) <= tolerance;
 }
 
@@ -35,7 +37,8 @@ class TestWaitingIndicator : public QObject {
     Q_OBJECT
 
 private slots:
-    void geometry_data() {
+    void geometry_data()
+    {
         QTest::addColumn<QSize>("size");
         QTest::addColumn<int>("outer");
         QTest::addColumn<int>("inner");
@@ -55,7 +58,8 @@ private slots:
         QTest::newRow("empty") << QSize(0, 0) << 0 << 0 << 0 << 0 << 0;
     }
 
-    void geometry() {
+    void geometry()
+    {
         QFETCH(QSize, size);
         const WaitingIndicator::Geometry g = WaitingIndicator::geometryFor(size);
         QTEST(g.outerRadius, "outer");
@@ -65,14 +69,16 @@ private slots:
         QTEST(g.cornerRadius, "corner");
     }
 
-    void tinyIndicatorsPaintNothingWithoutFailing_data() {
+    void tinyIndicatorsPaintNothingWithoutFailing_data()
+    {
         QTest::addColumn<QSize>("size");
         QTest::newRow("2x2") << QSize(2, 2);
         QTest::newRow("1x1") << QSize(1, 1);
         QTest::newRow("1x40") << QSize(1, 40);
     }
 
-    void tinyIndicatorsPaintNothingWithoutFailing() {
+    void tinyIndicatorsPaintNothingWithoutFailing()
+    {
         QFETCH(QSize, size);
         WaitingIndicator indicator;
         indicator.resize(size);
@@ -86,7 +92,8 @@ private slots:
         indicator.repaint();
     }
 
-    void eachStepTurnsByFortyFiveDegrees() {
+    void eachStepTurnsByFortyFiveDegrees()
+    {
         WaitingIndicator indicator;
         QCOMPARE(indicator.angle(), 0);
         QList<int> angles;
@@ -97,7 +104,8 @@ private slots:
         QCOMPARE(angles, (QList<int>{45, 90, 135, 180, 225, 270, 315, 0, 45}));
     }
 
-    void spinsOnItsOwnTimer() {
+    void spinsOnItsOwnTimer()
+    {
         WaitingIndicator indicator;
         QTRY_VERIFY(indicator.angle() != 0);
         QCOMPARE(indicator.angle() % WaitingIndicator::angleStep, 0);
@@ -105,7 +113,8 @@ private slots:
 
     // At angle 0 the brightest capsule points up (with the faintest one on top of it) and the
     // others trail counter-clockwise; one step later the brightest points up-right.
-    void brightestCapsuleLeadsClockwise() {
+    void brightestCapsuleLeadsClockwise()
+    {
         WaitingIndicator indicator;
         indicator.resize(48, 48);
         // Capsules of 4 × 12 pixels between radius 11 and 23; sample 17 pixels from the centre.
@@ -130,7 +139,8 @@ private slots:
         QCOMPARE(qAlpha(image.pixel(24, 24)), 0);
     }
 
-    void plateCoversItsAreaTranslucentlyWithTheIndicatorCentred() {
+    void plateCoversItsAreaTranslucentlyWithTheIndicatorCentred()
+    {
         WaitingPlate plate;
         plate.resize(489, 445);
         plate.layout()->activate();
@@ -155,7 +165,8 @@ private slots:
         QVERIFY(image.pixelColor(lead).red() < 0xC0);
     }
 
-    void plateFollowsItsSize() {
+    void plateFollowsItsSize()
+    {
         WaitingPlate plate;
         plate.resize(360, 550);
         plate.layout()->activate();

@@ -6,11 +6,13 @@ namespace tavero::test {
 
 void FakeBubleMessageProvider::showBubbleMessage(const QString& text,
                                                  QSystemTrayIcon::MessageIcon icon,
-                                                 int milliseconds) {
+                                                 int milliseconds)
+{
     m_bubbles.append({text, icon, milliseconds});
 }
 
-QStringList FakeBubleMessageProvider::texts() const {
+QStringList FakeBubleMessageProvider::texts() const
+{
     QStringList result;
     for (const Bubble& bubble : m_bubbles)
         result << bubble.text;

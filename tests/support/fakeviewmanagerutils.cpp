@@ -9,57 +9,65 @@ namespace tavero::test {
 QMessageBox::StandardButton
 FakeViewManagerUtils::information(const QString& title, const QString& text,
                                   QMessageBox::StandardButtons buttons,
-                                  QMessageBox::StandardButton defaultButton) {
+                                  QMessageBox::StandardButton defaultButton)
+{
     return record(Kind::Information, title, text, buttons, defaultButton);
 }
 
 QMessageBox::StandardButton
 FakeViewManagerUtils::question(const QString& title, const QString& text,
                                QMessageBox::StandardButtons buttons,
-                               QMessageBox::StandardButton defaultButton) {
+                               QMessageBox::StandardButton defaultButton)
+{
     return record(Kind::Question, title, text, buttons, defaultButton);
 }
 
-QMessageBox::StandardButton
-FakeViewManagerUtils::warning(const QString& title, const QString& text,
-                              QMessageBox::StandardButtons buttons,
-                              QMessageBox::StandardButton defaultButton) {
+QMessageBox::StandardButton FakeViewManagerUtils::warning(const QString& title, const QString& text,
+                                                          QMessageBox::StandardButtons buttons,
+                                                          QMessageBox::StandardButton defaultButton)
+{
     return record(Kind::Warning, title, text, buttons, defaultButton);
 }
 
 QMessageBox::StandardButton
 FakeViewManagerUtils::critical(const QString& title, const QString& text,
                                QMessageBox::StandardButtons buttons,
-                               QMessageBox::StandardButton defaultButton) {
+                               QMessageBox::StandardButton defaultButton)
+{
     return record(Kind::Critical, title, text, buttons, defaultButton);
 }
 
-void FakeViewManagerUtils::showWaitCursor(bool disableCurrent) {
+void FakeViewManagerUtils::showWaitCursor(bool disableCurrent)
+{
     ++m_waitCursorDepth;
     m_maxWaitCursorDepth = std::max(m_maxWaitCursorDepth, m_waitCursorDepth);
     if (disableCurrent)
         ++m_disablingWaitCursors;
 }
 
-void FakeViewManagerUtils::restoreCursor() {
+void FakeViewManagerUtils::restoreCursor()
+{
     if (m_waitCursorDepth > 0)
         --m_waitCursorDepth;
 }
 
-void FakeViewManagerUtils::enqueueAnswer(QMessageBox::StandardButton answer) {
+void FakeViewManagerUtils::enqueueAnswer(QMessageBox::StandardButton answer)
+{
     if (answer == QMessageBox::Yes || answer == QMessageBox::No)
         qFatal("FakeViewManagerUtils: the real boxes answer Ok/Cancel for yes/no, script those");
     m_answers.enqueue(answer);
 }
 
-QStringList FakeViewManagerUtils::texts() const {
+QStringList FakeViewManagerUtils::texts() const
+{
     QStringList result;
     for (const Box& box : m_boxes)
         result << box.text;
     return result;
 }
 
-void FakeViewManagerUtils::clear() {
+void FakeViewManagerUtils::clear()
+{
     m_answers.clear();
     m_boxes.clear();
     m_unanswered = 0;
@@ -67,10 +75,11 @@ void FakeViewManagerUtils::clear() {
     m_disablingWaitCursors = 0;
 }
 
-QMessageBox::StandardButton
-FakeViewManagerUtils::record(Kind kind, const QString& title, const QString& text,
-                             QMessageBox::StandardButtons buttons,
-                             QMessageBox::StandardButton defaultButton) {
+QMessageBox::StandardButton FakeViewManagerUtils::record(Kind kind, const QString& title,
+                                                         const QString& text,
+                                                         QMessageBox::StandardButtons buttons,
+                                                         QMessageBox::StandardButton defaultButton)
+{
     QMessageBox::StandardButton answer = QMessageBox::NoButton;
     if (m_answers.isEmpty())
         ++m_unanswered;

@@ -15,11 +15,13 @@ constexpr int maxAttempts = 500;
 } // namespace
 
 MessageBoxDriver::MessageBoxDriver(QObject* parent)
-    : QObject(parent) {}
+    : QObject(parent)
+{}
 
 MessageBoxDriver::~MessageBoxDriver() = default;
 
-void MessageBoxDriver::clickOnNextBox(const QString& buttonText) {
+void MessageBoxDriver::clickOnNextBox(const QString& buttonText)
+{
     m_clicks.enqueue(buttonText);
     if (!m_armed) {
         m_attempts = 0;
@@ -27,18 +29,21 @@ void MessageBoxDriver::clickOnNextBox(const QString& buttonText) {
     }
 }
 
-QString MessageBoxDriver::plainText(const QString& buttonText) {
+QString MessageBoxDriver::plainText(const QString& buttonText)
+{
     QString text = buttonText;
     text.remove(QLatin1Char('&'));
     return text;
 }
 
-void MessageBoxDriver::arm(int delayMs) {
+void MessageBoxDriver::arm(int delayMs)
+{
     m_armed = true;
     QTimer::singleShot(delayMs, this, &MessageBoxDriver::poll);
 }
 
-void MessageBoxDriver::poll() {
+void MessageBoxDriver::poll()
+{
     m_armed = false;
     if (m_clicks.isEmpty())
         return;

@@ -4,7 +4,8 @@
 namespace tavero::screenshots {
 namespace {
 
-std::unique_ptr<QWidget> makeAbout(const QString&) {
+std::unique_ptr<QWidget> makeAbout(const QString&)
+{
     auto about = std::make_unique<AboutProgrammWindowsWidget>();
     about->resize(715, 559);
     return about;

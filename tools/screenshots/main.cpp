@@ -16,19 +16,22 @@ using tavero::screenshots::ShotRunner;
 namespace {
 
 // The client registers its Montserrat faces at start-up; do the same so the pictures use them.
-void registerEmbeddedFonts() {
+void registerEmbeddedFonts()
+{
     QDirIterator fonts(QStringLiteral(":/fonts/Montserrat"), {QStringLiteral("*.ttf")});
     while (fonts.hasNext())
         QFontDatabase::addApplicationFont(fonts.next());
 }
 
-QStringList splitList(const QString& value) {
+QStringList splitList(const QString& value)
+{
     return value.split(QLatin1Char(','), Qt::SkipEmptyParts);
 }
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv)
+{
     // Without a display, render offscreen rather than fail.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
         qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))

@@ -4,12 +4,14 @@
 
 namespace tavero::screenshots {
 
-ShotRegistry& ShotRegistry::instance() {
+ShotRegistry& ShotRegistry::instance()
+{
     static ShotRegistry registry;
     return registry;
 }
 
-void ShotRegistry::add(const QString& name, const QStringList& states, ShotProducer produce) {
+void ShotRegistry::add(const QString& name, const QStringList& states, ShotProducer produce)
+{
     auto it = std::find_if(m_pages.begin(), m_pages.end(),
                            [&](const Page& page) { return page.name == name; });
     if (it != m_pages.end()) {
@@ -22,7 +24,8 @@ void ShotRegistry::add(const QString& name, const QStringList& states, ShotProdu
     m_pages.insert(position, Page{name, states, std::move(produce)});
 }
 
-const ShotRegistry::Page* ShotRegistry::find(const QString& name) const {
+const ShotRegistry::Page* ShotRegistry::find(const QString& name) const
+{
     for (const Page& page : m_pages) {
         if (page.name == name)
             return &page;
@@ -31,7 +34,8 @@ const ShotRegistry::Page* ShotRegistry::find(const QString& name) const {
 }
 
 ShotRegistration::ShotRegistration(const QString& name, const QStringList& states,
-                                   ShotProducer produce) {
+                                   ShotProducer produce)
+{
     ShotRegistry::instance().add(name, states, std::move(produce));
 }
 

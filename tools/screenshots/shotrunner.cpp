@@ -10,7 +10,8 @@ namespace tavero::screenshots {
 
 namespace {
 
-QLocale localeFor(const QString& language) {
+QLocale localeFor(const QString& language)
+{
     if (language == QLatin1String("fra"))
         return QLocale(QLocale::French, QLocale::France);
     if (language == QLatin1String("ger"))
@@ -25,20 +26,24 @@ QLocale localeFor(const QString& language) {
 } // namespace
 
 ShotRunner::ShotRunner(const QString& outputDirectory)
-    : m_outputDirectory(outputDirectory) {}
+    : m_outputDirectory(outputDirectory)
+{}
 
-ShotRunner::~ShotRunner() {
+ShotRunner::~ShotRunner()
+{
     if (m_translatorInstalled)
         QCoreApplication::removeTranslator(&m_translator);
 }
 
-QStringList ShotRunner::knownLanguages() {
+QStringList ShotRunner::knownLanguages()
+{
     return {QStringLiteral("eng"), QStringLiteral("fra"), QStringLiteral("ger"),
             QStringLiteral("rus"), QStringLiteral("spa")};
 }
 
 bool ShotRunner::run(const std::vector<const ShotRegistry::Page*>& pages,
-                     const QStringList& languages) {
+                     const QStringList& languages)
+{
     if (!m_outputDirectory.mkpath(QStringLiteral("."))) {
         m_errors << QStringLiteral("cannot create the directory %1").arg(m_outputDirectory.path());
         return false;
@@ -54,7 +59,8 @@ bool ShotRunner::run(const std::vector<const ShotRegistry::Page*>& pages,
     return m_errors.isEmpty();
 }
 
-bool ShotRunner::useLanguage(const QString& language) {
+bool ShotRunner::useLanguage(const QString& language)
+{
     if (m_translatorInstalled) {
         QCoreApplication::removeTranslator(&m_translator);
         m_translatorInstalled = false;
@@ -75,7 +81,8 @@ bool ShotRunner::useLanguage(const QString& language) {
 }
 
 void ShotRunner::shoot(const ShotRegistry::Page& page, const QString& state,
-                       const QString& language) {
+                       const QString& language)
+{
     const QString name = QStringLiteral("%1-%2-%3.png").arg(page.name, state, language);
     std::unique_ptr<QWidget> widget = page.produce(state);
     if (!widget) {

@@ -5,7 +5,8 @@ namespace tavero::screenshots {
 namespace {
 
 // At the size the main window gives the splash page.
-std::unique_ptr<QWidget> makeSplash(const QString&) {
+std::unique_ptr<QWidget> makeSplash(const QString&)
+{
     auto splash = std::make_unique<Gui::SplashScreen>();
     splash->resize(360, 550);
     return splash;

@@ -11,7 +11,8 @@ namespace {
 
 // A stand-in page with the two kinds of background band (solid with its bottom shadow, and the
 // fading gradient) and some text, so that the plate's translucency shows.
-std::unique_ptr<QWidget> makePlainPage() {
+std::unique_ptr<QWidget> makePlainPage()
+{
     auto page = std::make_unique<QWidget>();
     page->setStyleSheet(
         QStringLiteral("QWidget {background: %1;} QLabel {color: %2; font-size: 22px; "
@@ -39,7 +40,8 @@ std::unique_ptr<QWidget> makePlainPage() {
     return page;
 }
 
-std::unique_ptr<QWidget> makeWaitingPlate(const QString& state) {
+std::unique_ptr<QWidget> makeWaitingPlate(const QString& state)
+{
     std::unique_ptr<QWidget> page = makePlainPage();
     if (state == QLatin1String("waiting")) {
         // As the main window does: a child covering the whole page.

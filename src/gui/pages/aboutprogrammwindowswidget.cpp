@@ -9,7 +9,8 @@
 
 AboutProgrammWindowsWidget::AboutProgrammWindowsWidget(QWidget* parent)
     : QWidget(parent)
-    , m_ui(std::make_unique<Ui::AboutProgrammWindowsWidget>()) {
+    , m_ui(std::make_unique<Ui::AboutProgrammWindowsWidget>())
+{
     m_ui->setupUi(this);
     m_ui->logoWidget->setStyleSheet(QStringLiteral("QWidget {background: #353a45;}"));
     connect(m_ui->checkUpdateButton, &QPushButton::clicked, this,
@@ -19,11 +20,13 @@ AboutProgrammWindowsWidget::AboutProgrammWindowsWidget(QWidget* parent)
 
 AboutProgrammWindowsWidget::~AboutProgrammWindowsWidget() = default;
 
-void AboutProgrammWindowsWidget::showYouHaveTheLatestVersion() {
+void AboutProgrammWindowsWidget::showYouHaveTheLatestVersion()
+{
     QMessageBox::information(nullptr, m_latestVersionTitle, m_latestVersionMessage);
 }
 
-void AboutProgrammWindowsWidget::reTranslateUI() {
+void AboutProgrammWindowsWidget::reTranslateUI()
+{
     m_ui->versionLabel_->setText(
         QStringLiteral("%1 %2").arg(tr("label.version"), QCoreApplication::applicationVersion()));
     const QString releaseDate =
@@ -37,7 +40,8 @@ void AboutProgrammWindowsWidget::reTranslateUI() {
     m_latestVersionMessage = tr("message.you_have_actual_version");
 }
 
-void AboutProgrammWindowsWidget::changeEvent(QEvent* event) {
+void AboutProgrammWindowsWidget::changeEvent(QEvent* event)
+{
     if (event->type() == QEvent::LanguageChange) {
         m_ui->retranslateUi(this);
         reTranslateUI();

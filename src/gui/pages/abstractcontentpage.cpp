@@ -3,15 +3,18 @@
 namespace Gui {
 
 AbstractContentPage::AbstractContentPage(QWidget* parent)
-    : QWidget(parent) {}
+    : QWidget(parent)
+{}
 
 AbstractContentPage::~AbstractContentPage() = default;
 
-void AbstractContentPage::startWaiting() {
+void AbstractContentPage::startWaiting()
+{
     emit aboutToStartWaiting();
 }
 
-void AbstractContentPage::stopWaiting() {
+void AbstractContentPage::stopWaiting()
+{
     emit aboutToStopWaiting();
 }
 

@@ -11,23 +11,27 @@ constexpr qint16 shadowMargin = 3;
 } // namespace
 
 LogoBackgroundWidget::LogoBackgroundWidget(QWidget* parent)
-    : QWidget(parent) {
+    : QWidget(parent)
+{
     setAttribute(Qt::WA_TranslucentBackground);
 }
 
 LogoBackgroundWidget::~LogoBackgroundWidget() = default;
 
-void LogoBackgroundWidget::setColor(const QColor& color) {
+void LogoBackgroundWidget::setColor(const QColor& color)
+{
     m_color = color;
     update();
 }
 
-void LogoBackgroundWidget::setGradient() {
+void LogoBackgroundWidget::setGradient()
+{
     m_gradient = true;
     update();
 }
 
-void LogoBackgroundWidget::paintEvent(QPaintEvent*) {
+void LogoBackgroundWidget::paintEvent(QPaintEvent*)
+{
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(m_color);
@@ -55,7 +59,8 @@ void LogoBackgroundWidget::paintEvent(QPaintEvent*) {
 void LogoBackgroundWidget::drawShadow(QPainter& painter, qint16 margin, double radius,
                                       const QColor& startColor, const QColor& endColor,
                                       double startPosition, double endPosition,
-                                      double /*unusedPosition*/, double width, double height) {
+                                      double /*unusedPosition*/, double width, double height)
+{
     painter.save();
     painter.setPen(Qt::NoPen);
 

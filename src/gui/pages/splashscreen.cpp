@@ -6,7 +6,8 @@ namespace Gui {
 
 SplashScreen::SplashScreen(QWidget* parent)
     : AbstractContentPage(parent)
-    , m_ui(std::make_unique<Ui::SplashScreen>()) {
+    , m_ui(std::make_unique<Ui::SplashScreen>())
+{
     m_ui->setupUi(this);
     // The gradient comes from the style sheet, which a QWidget subclass paints only when asked.
     setAttribute(Qt::WA_StyledBackground);
@@ -15,7 +16,8 @@ SplashScreen::SplashScreen(QWidget* parent)
 
 SplashScreen::~SplashScreen() = default;
 
-void SplashScreen::reTranslateUI() {
+void SplashScreen::reTranslateUI()
+{
     m_ui->retranslateUi(this);
 }
 

@@ -7,14 +7,16 @@
 namespace Gui {
 
 WaitingIndicator::WaitingIndicator(QWidget* parent)
-    : QWidget(parent) {
+    : QWidget(parent)
+{
     setAttribute(Qt::WA_TranslucentBackground);
     m_timer.start(tickMilliseconds, this);
 }
 
 WaitingIndicator::~WaitingIndicator() = default;
 
-WaitingIndicator::Geometry WaitingIndicator::geometryFor(const QSize& size) {
+WaitingIndicator::Geometry WaitingIndicator::geometryFor(const QSize& size)
+{
     const int side = std::min(size.width(), size.height());
     Geometry g;
     // Truncation toward zero throughout, so tiny and empty widgets end at zero, never negative.
@@ -27,19 +29,22 @@ WaitingIndicator::Geometry WaitingIndicator::geometryFor(const QSize& size) {
     return g;
 }
 
-void WaitingIndicator::advance() {
+void WaitingIndicator::advance()
+{
     m_angle = (m_angle + angleStep) % 360;
     update();
 }
 
-void WaitingIndicator::timerEvent(QTimerEvent* event) {
+void WaitingIndicator::timerEvent(QTimerEvent* event)
+{
     if (event->timerId() == m_timer.timerId())
         advance();
     else
         QWidget::timerEvent(event);
 }
 
-void WaitingIndicator::paintEvent(QPaintEvent*) {
+void WaitingIndicator::paintEvent(QPaintEvent*)
+{
     const Geometry g = geometryFor(size());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -14,18 +14,21 @@ constexpr int plateAlpha = 225;
 
 WaitingPlate::WaitingPlate(QWidget* parent)
     : QWidget(parent)
-    , m_ui(std::make_unique<Ui::WaitingPlate>()) {
+    , m_ui(std::make_unique<Ui::WaitingPlate>())
+{
     m_ui->setupUi(this);
     setAttribute(Qt::WA_TranslucentBackground);
 }
 
 WaitingPlate::~WaitingPlate() = default;
 
-WaitingIndicator* WaitingPlate::indicator() const {
+WaitingIndicator* WaitingPlate::indicator() const
+{
     return m_ui->indicator_;
 }
 
-void WaitingPlate::paintEvent(QPaintEvent*) {
+void WaitingPlate::paintEvent(QPaintEvent*)
+{
     QColor color(Colors::windowBackground);
     color.setAlpha(plateAlpha);
     QPainter painter(this);

@@ -3,49 +3,56 @@
 #include <QApplication>
 #include <QPushButton>
 
-ViewManagerUtils::~ViewManagerUtils() {
+ViewManagerUtils::~ViewManagerUtils()
+{
     // Never leave a page disabled or the cursor busy behind us.
     while (m_waitCursorDepth > 0)
         restoreCursor();
 }
 
-QWidget* ViewManagerUtils::parentForMessages() const {
+QWidget* ViewManagerUtils::parentForMessages() const
+{
     return m_currentPage;
 }
 
-void ViewManagerUtils::setParentForMessages(QWidget* widget) {
+void ViewManagerUtils::setParentForMessages(QWidget* widget)
+{
     m_currentPage = widget;
 }
 
-QMessageBox::StandardButton
-ViewManagerUtils::information(const QString& title, const QString& text,
-                              QMessageBox::StandardButtons buttons,
-                              QMessageBox::StandardButton defaultButton) {
+QMessageBox::StandardButton ViewManagerUtils::information(const QString& title, const QString& text,
+                                                          QMessageBox::StandardButtons buttons,
+                                                          QMessageBox::StandardButton defaultButton)
+{
     return execMessageBox(QMessageBox::Information, title, text, buttons, defaultButton);
 }
 
 QMessageBox::StandardButton ViewManagerUtils::question(const QString& title, const QString& text,
                                                        QMessageBox::StandardButtons buttons,
-                                                       QMessageBox::StandardButton defaultButton) {
+                                                       QMessageBox::StandardButton defaultButton)
+{
     return execMessageBox(QMessageBox::Question, title, text, buttons, defaultButton);
 }
 
 QMessageBox::StandardButton ViewManagerUtils::warning(const QString& title, const QString& text,
                                                       QMessageBox::StandardButtons buttons,
-                                                      QMessageBox::StandardButton defaultButton) {
+                                                      QMessageBox::StandardButton defaultButton)
+{
     return execMessageBox(QMessageBox::Warning, title, text, buttons, defaultButton);
 }
 
 QMessageBox::StandardButton ViewManagerUtils::critical(const QString& title, const QString& text,
                                                        QMessageBox::StandardButtons buttons,
-                                                       QMessageBox::StandardButton defaultButton) {
+                                                       QMessageBox::StandardButton defaultButton)
+{
     return execMessageBox(QMessageBox::Critical, title, text, buttons, defaultButton);
 }
 
 QMessageBox::StandardButton
 ViewManagerUtils::execMessageBox(QMessageBox::Icon icon, const QString& title, const QString& text,
                                  QMessageBox::StandardButtons buttons,
-                                 QMessageBox::StandardButton defaultButton) {
+                                 QMessageBox::StandardButton defaultButton)
+{
     QMessageBox box;
     box.setWindowTitle(title);
     box.setText(text);
@@ -83,7 +90,8 @@ ViewManagerUtils::execMessageBox(QMessageBox::Icon icon, const QString& title, c
     return box.standardButton(clicked);
 }
 
-void ViewManagerUtils::showWaitCursor(bool disableCurrent) {
+void ViewManagerUtils::showWaitCursor(bool disableCurrent)
+{
     QApplication::setOverrideCursor(Qt::WaitCursor);
     if (disableCurrent && m_currentPage) {
         m_currentPage->setEnabled(false);
@@ -93,7 +101,8 @@ void ViewManagerUtils::showWaitCursor(bool disableCurrent) {
     QCoreApplication::processEvents();
 }
 
-void ViewManagerUtils::restoreCursor() {
+void ViewManagerUtils::restoreCursor()
+{
     // An unmatched restore must not unbalance the nesting of later calls.
     if (m_waitCursorDepth == 0)
         return;
