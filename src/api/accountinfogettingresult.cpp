@@ -1,6 +1,5 @@
 #include "api/accountinfogettingresult.h"
 
-bool AccountInfoGettingResult::hasVPNData() const
-{
+bool AccountInfoGettingResult::hasVPNData() const {
     return !caCertificate.isEmpty() && !publicKey.isEmpty() && !privateKey.isEmpty();
 }

@@ -250,11 +250,22 @@ QByteArray ServerApi::exchange(const QString& url, bool isGet, const QJsonObject
         return replyBody;
 
     if (expiry == Expiry::RefreshAndRepeat) {
+        {
+            // A token already given up on: the log-out was raised for it once, and renewing it
+            // again would only fail again.
+            const QMutexLocker locker(&m_tokenMutex);
+            if (m_unrenewableToken && sent.token == *m_unrenewableToken)
+                return replyBody;
+        }
         // Another exchange (a nested one, or another thread) may have renewed the token while this
         // one waited: then the new token is simply tried, without renewing it again.
         const bool renewed = token() != sent.token || refreshToken();
         if (renewed)
             return exchange(url, isGet, body, withToken, useSslConfiguration, Expiry::Logout);
+    }
+    {
+        const QMutexLocker locker(&m_tokenMutex);
+        m_unrenewableToken = sent.token;
     }
     m_logoutBroadcaster->emitLogout(logoutText());
     return replyBody;

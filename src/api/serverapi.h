@@ -9,6 +9,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QNetworkAccessManager;
 class QNetworkReply;
@@ -27,7 +28,9 @@ namespace tavero {
 // An expired token ("token_expired" to a request sent with the token) is renewed through
 // "/refresh" once and the request repeated once. The refresh exchange itself is never renewed,
 // and a repeated request that expires again is not repeated: at most three exchanges per call.
-// When renewing fails, needLogout is raised and the caller gets the expired reply (status 1).
+// When renewing fails, needLogout is raised and the caller gets the expired reply (status 1);
+// later exchanges with that same token get their expired reply without another attempt or
+// log-out, until a login or setToken() brings a new token.
 //
 // Process-wide state (shared by every instance, as the product has one): the two server-list
 // caches (299 s, one mutex each), the flag-picture cache (read-write lock) and the protocol
@@ -119,6 +122,7 @@ private:
 
     QMutex m_tokenMutex;
     QString m_token;
+    std::optional<QString> m_unrenewableToken; // the forced log-out was raised for it
 
     QMutex m_accountMutex;
     bool m_hasAccountInfo = false;

@@ -210,10 +210,6 @@ httplib::Server::HandlerResponse DevService::beforeRouting(const Request& reques
         sendJson(response, 403, errorObject("forbidden", "Control endpoints answer loopback only"));
         return Result::Handled;
     }
-    m_journal.record({request.method, journalPath, request.target,
-                      request.get_header_value("Authorization"), request.get_header_value("Accept"),
-                      request.get_header_value("Content-Type"), request.body});
-
     const auto fault = m_faults.take(journalPath);
     if (!fault)
         return Result::Unhandled;
@@ -248,6 +244,16 @@ httplib::Server::HandlerResponse DevService::beforeRouting(const Request& reques
     return Result::Handled;
 }
 
+void DevService::afterRouting(const Request& request, const std::string& journalPath) {
+    // Recorded once the handler has read the body, before the reply is written: a test that got
+    // its answer always finds its request counted.
+    if (request.path.rfind("/_control", 0) == 0)
+        return;
+    m_journal.record({request.method, journalPath, request.target,
+                      request.get_header_value("Authorization"), request.get_header_value("Accept"),
+                      request.get_header_value("Content-Type"), request.body});
+}
+
 std::optional<std::string> DevService::authorise(const Request& request, Response& response) {
     std::string email;
     switch (m_tokens.check(bearerToken(request), &email)) {
@@ -268,6 +274,8 @@ void DevService::installApi() {
     server.set_pre_routing_handler([this](const Request& request, Response& response) {
         return beforeRouting(request, response, request.path);
     });
+    server.set_post_routing_handler(
+        [this](const Request& request, Response&) { afterRouting(request, request.path); });
 
     server.Post("/login", [this](const Request& request, Response& response) {
         const QJsonDocument document =
@@ -552,6 +560,9 @@ void DevService::installControl() {
 void DevService::installProbe() {
     m_probe.set_pre_routing_handler([this](const Request& request, Response& response) {
         return beforeRouting(request, response, "probe:" + request.path);
+    });
+    m_probe.set_post_routing_handler([this](const Request& request, Response&) {
+        afterRouting(request, "probe:" + request.path);
     });
     m_probe.Get(R"(/.*)", [](const Request&, Response& response) {
         response.set_content("Tavero reachability probe\n", "text/plain");

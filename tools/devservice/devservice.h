@@ -45,6 +45,7 @@ private:
     void installProbe();
     httplib::Server::HandlerResponse beforeRouting(const Request& request, Response& response,
                                                    const std::string& journalPath);
+    void afterRouting(const Request& request, const std::string& journalPath);
     // Email of the token's account, or nothing with the error reply already made.
     std::optional<std::string> authorise(const Request& request, Response& response);
     void waitUnlessStopping(int milliseconds);
