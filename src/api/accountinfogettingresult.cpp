@@ -1,5 +1,6 @@
 #include "api/accountinfogettingresult.h"
 
-bool AccountInfoGettingResult::hasVPNData() const {
+bool AccountInfoGettingResult::hasVPNData() const
+{
     return !caCertificate.isEmpty() && !publicKey.isEmpty() && !privateKey.isEmpty();
 }

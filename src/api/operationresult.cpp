@@ -4,13 +4,19 @@ OperationResult::OperationResult() = default;
 
 OperationResult::OperationResult(const QString& message)
     : isSuccess(false)
-    , message(message) {}
+    , message(message)
+{
+}
 
 OperationResult::OperationResult(Code code)
     : code(code)
-    , isSuccess(false) {}
+    , isSuccess(false)
+{
+}
 
 OperationResult::OperationResult(const QString& message, Code code)
     : code(code)
     , isSuccess(false)
-    , message(message) {}
+    , message(message)
+{
+}

@@ -4,7 +4,8 @@
 
 namespace protocols {
 
-QString displayText(ProtocolType type) {
+QString displayText(ProtocolType type)
+{
     switch (type) {
     case IKEv2:
         return QStringLiteral("IKEv2");
@@ -20,7 +21,8 @@ QString displayText(ProtocolType type) {
     return {};
 }
 
-QStringList displayTexts(QFlags<ProtocolType> flags) {
+QStringList displayTexts(QFlags<ProtocolType> flags)
+{
     static constexpr std::array<ProtocolType, 5> order{OvpnTcp, OvpnUdp, L2tp, Pptp, IKEv2};
     QStringList texts;
     for (const ProtocolType type : order) {
@@ -30,11 +32,13 @@ QStringList displayTexts(QFlags<ProtocolType> flags) {
     return texts;
 }
 
-QString textualList(QFlags<ProtocolType> flags) {
+QString textualList(QFlags<ProtocolType> flags)
+{
     return displayTexts(flags).join(QStringLiteral(", "));
 }
 
-bool isSingleFlag(QFlags<ProtocolType> flags) {
+bool isSingleFlag(QFlags<ProtocolType> flags)
+{
     const int value = static_cast<int>(flags) & allProtocols;
     return value != 0 && (value & (value - 1)) == 0 && value == static_cast<int>(flags);
 }

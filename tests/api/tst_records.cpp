@@ -14,18 +14,19 @@
 class TestRecords : public QObject {
     Q_OBJECT
 private slots:
-    void freshResultsAreNotSetAndNeverSucceed() {
-        const QVector<int> statuses{
-            RequestResult().status,           LoginResult().status,
-            IpGettingResult().status,         AccountInfoGettingResult().status,
-            ServerListGettingResult().status, LastVersionGettingResult().status};
+    void freshResultsAreNotSetAndNeverSucceed()
+    {
+        const QVector<int> statuses{RequestResult().status,        LoginResult().status,
+                                    IpGettingResult().status,      AccountInfoGettingResult().status,
+                                    ServerListGettingResult().status, LastVersionGettingResult().status};
         for (const int status : statuses) {
             QCOMPARE(status, 5);
         }
         QVERIFY(!LoginResult().isOk());
     }
 
-    void operationResultConstructors() {
+    void operationResultConstructors()
+    {
         const OperationResult success;
         QVERIFY(success.isSuccess);
         QCOMPARE(success.code, OperationResult::General);
@@ -45,7 +46,8 @@ private slots:
         QCOMPARE(both.code, OperationResult::NoInternet);
     }
 
-    void serverEqualityIsCountryNameAndHost() {
+    void serverEqualityIsCountryNameAndHost()
+    {
         VpnServerInformation a;
         a.countryId = 3;
         a.name = "nl-1";
@@ -65,25 +67,19 @@ private slots:
         QVERIFY(a != otherHost);
     }
 
-    void vpnDataNeedsAllThreeCertificateTexts_data() {
+    void vpnDataNeedsAllThreeCertificateTexts_data()
+    {
         QTest::addColumn<QString>("ca");
         QTest::addColumn<QString>("pub");
         QTest::addColumn<QString>("prv");
         QTest::addColumn<bool>("expected");
-        QTest::newRow("all") << "c"
-                             << "p"
-                             << "k" << true;
-        QTest::newRow("no ca") << ""
-                               << "p"
-                               << "k" << false;
-        QTest::newRow("no public key") << "c"
-                                       << ""
-                                       << "k" << false;
-        QTest::newRow("no private key") << "c"
-                                        << "p"
-                                        << "" << false;
+        QTest::newRow("all") << "c" << "p" << "k" << true;
+        QTest::newRow("no ca") << "" << "p" << "k" << false;
+        QTest::newRow("no public key") << "c" << "" << "k" << false;
+        QTest::newRow("no private key") << "c" << "p" << "" << false;
     }
-    void vpnDataNeedsAllThreeCertificateTexts() {
+    void vpnDataNeedsAllThreeCertificateTexts()
+    {
         QFETCH(QString, ca);
         QFETCH(QString, pub);
         QFETCH(QString, prv);
@@ -96,7 +92,8 @@ private slots:
         QCOMPARE(account.hasVPNData(), expected);
     }
 
-    void protocolTextsPutIKEv2Last() {
+    void protocolTextsPutIKEv2Last()
+    {
         QCOMPARE(protocols::textualList(QFlags<ProtocolType>(31)),
                  QString("Open VPN TCP, Open VPN UDP, L2TP, PPTP, IKEv2"));
         QCOMPARE(protocols::textualList(OvpnUdp | IKEv2), QString("Open VPN UDP, IKEv2"));
@@ -105,7 +102,8 @@ private slots:
         QCOMPARE(protocols::displayText(Pptp), QString("PPTP"));
     }
 
-    void singleFlagTest() {
+    void singleFlagTest()
+    {
         QVERIFY(protocols::isSingleFlag(IKEv2));
         QVERIFY(protocols::isSingleFlag(Pptp));
         QVERIFY(!protocols::isSingleFlag({}));
@@ -114,13 +112,15 @@ private slots:
         QVERIFY(!protocols::isSingleFlag(QFlags<ProtocolType>(32))); // not one of ours
     }
 
-    void flagSizeTexts() {
+    void flagSizeTexts()
+    {
         QCOMPARE(flagPictureSizeText(FlagPictureSize::Large), QString("640x480"));
         QCOMPARE(flagPictureSizeText(FlagPictureSize::Small), QString("60x45"));
         QCOMPARE(flagPictureSizeText(static_cast<FlagPictureSize>(7)), QString("640x480"));
     }
 
-    void logoutCarriesItsText() {
+    void logoutCarriesItsText()
+    {
         LogoutBroadcaster broadcaster;
         QSignalSpy spy(&broadcaster, &LogoutBroadcaster::needLogout);
         broadcaster.emitLogout("Session expired");

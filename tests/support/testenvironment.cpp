@@ -6,17 +6,20 @@
 namespace tavero::test {
 
 TestEnvironment::TestEnvironment()
-    : m_home(QDir::tempPath() + QStringLiteral("/tavero-test-XXXXXX")) {
+    : m_home(QDir::tempPath() + QStringLiteral("/tavero-test-XXXXXX"))
+{
     QDir().mkpath(configHome());
     qputenv("HOME", QFile::encodeName(m_home.path()));
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(configHome()));
 }
 
-QString TestEnvironment::configHome() const {
+QString TestEnvironment::configHome() const
+{
     return m_home.path() + QStringLiteral("/config");
 }
 
-void TestEnvironment::clearSettings() {
+void TestEnvironment::clearSettings()
+{
     QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("TAVERO"),
               QStringLiteral("TAVERO"))
         .clear();

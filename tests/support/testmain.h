@@ -7,7 +7,8 @@
 // Like QTEST_GUILESS_MAIN / QTEST_MAIN, but with the isolated home in place before the application
 // object (and with it any QSettings) exists.
 #define TAVERO_TEST_MAIN_IMPL(TestObject, AppClass)                                                \
-    int main(int argc, char** argv) {                                                              \
+    int main(int argc, char** argv)                                                                \
+    {                                                                                              \
         tavero::test::TestEnvironment environment;                                                 \
         AppClass app(argc, argv);                                                                  \
         TestObject test;                                                                           \
