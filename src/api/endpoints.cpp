@@ -7,7 +7,8 @@ namespace tavero {
 
 namespace {
 
-QString overridden(const char* variable, const QString& fallback, const QString& scheme) {
+QString overridden(const char* variable, const QString& fallback, const QString& scheme)
+{
     const QString value = qEnvironmentVariable(variable).trimmed();
     if (value.isEmpty())
         return fallback;
@@ -20,7 +21,8 @@ QString overridden(const char* variable, const QString& fallback, const QString&
     return value;
 }
 
-QString withoutTrailingSlashes(QString url) {
+QString withoutTrailingSlashes(QString url)
+{
     while (url.endsWith(QLatin1Char('/')))
         url.chop(1);
     return url;
@@ -28,13 +30,15 @@ QString withoutTrailingSlashes(QString url) {
 
 } // namespace
 
-Endpoints Endpoints::defaults() {
+Endpoints Endpoints::defaults()
+{
     return {QStringLiteral("https://api.tavero.example"),
             QStringLiteral("https://ipinfo.tavero.example/json"),
             QStringLiteral("http://www.tavero.example/"), QString()};
 }
 
-Endpoints Endpoints::fromEnvironment() {
+Endpoints Endpoints::fromEnvironment()
+{
     const Endpoints fallback = defaults();
     Endpoints endpoints;
     endpoints.apiBaseUrl = withoutTrailingSlashes(

@@ -17,7 +17,8 @@ const QString unreadableStructureText = QStringLiteral("Unexpected reply structu
 // Reads values out of a reply and remembers whether a container had the wrong type.
 class Reader {
 public:
-    QJsonObject object(const QJsonObject& parent, const char* key) {
+    QJsonObject object(const QJsonObject& parent, const char* key)
+    {
         const QJsonValue value = parent.value(QLatin1String(key));
         if (value.isObject())
             return value.toObject();
@@ -25,7 +26,8 @@ public:
         return {};
     }
 
-    QJsonArray array(const QJsonObject& parent, const char* key) {
+    QJsonArray array(const QJsonObject& parent, const char* key)
+    {
         const QJsonValue value = parent.value(QLatin1String(key));
         if (value.isArray())
             return value.toArray();
@@ -33,7 +35,8 @@ public:
         return {};
     }
 
-    QJsonObject element(const QJsonValue& value) {
+    QJsonObject element(const QJsonValue& value)
+    {
         if (value.isObject())
             return value.toObject();
         m_broken = true;
@@ -42,17 +45,20 @@ public:
 
     bool broken() const { return m_broken; }
 
-    static QString text(const QJsonObject& parent, const char* key) {
+    static QString text(const QJsonObject& parent, const char* key)
+    {
         const QJsonValue value = parent.value(QLatin1String(key));
         return value.isString() ? value.toString() : QString();
     }
 
-    static bool flag(const QJsonObject& parent, const char* key) {
+    static bool flag(const QJsonObject& parent, const char* key)
+    {
         const QJsonValue value = parent.value(QLatin1String(key));
         return value.isBool() && value.toBool();
     }
 
-    static int number(const QJsonObject& parent, const char* key) {
+    static int number(const QJsonObject& parent, const char* key)
+    {
         const QJsonValue value = parent.value(QLatin1String(key));
         if (!value.isDouble())
             return 0;
@@ -64,13 +70,15 @@ public:
         return static_cast<int>(std::trunc(std::clamp(d, lowest, highest)));
     }
 
-    static bool present(const QJsonObject& parent, const char* key) {
+    static bool present(const QJsonObject& parent, const char* key)
+    {
         const QJsonValue value = parent.value(QLatin1String(key));
         return !value.isUndefined() && !value.isNull();
     }
 
 private:
-    void noteWrongContainer(const QJsonValue& value) {
+    void noteWrongContainer(const QJsonValue& value)
+    {
         if (!value.isUndefined() && !value.isNull())
             m_broken = true;
     }
@@ -78,19 +86,22 @@ private:
     bool m_broken = false;
 };
 
-void markUnreadable(RequestResult& result) {
+void markUnreadable(RequestResult& result)
+{
     result.status = RequestResult::InvalidResponse;
     result.message = unreadableStructureText;
 }
 
 } // namespace
 
-QString ReplyParser::noInternetText() {
+QString ReplyParser::noInternetText()
+{
     return QStringLiteral("No Internet");
 }
 
 bool ReplyParser::tryParseJson(const QByteArray& body, QJsonDocument& document,
-                               RequestResult& result) {
+                               RequestResult& result)
+{
     if (body.isEmpty()) {
         result.status = RequestResult::NoInternet;
         result.message = noInternetText();
@@ -107,7 +118,8 @@ bool ReplyParser::tryParseJson(const QByteArray& body, QJsonDocument& document,
     return true;
 }
 
-bool ReplyParser::parseResponseStatus(const QJsonObject& object, RequestResult& result) {
+bool ReplyParser::parseResponseStatus(const QJsonObject& object, RequestResult& result)
+{
     const bool hasError =
         object.contains(QLatin1String("error")) || object.contains(QLatin1String("message"));
     result.status = hasError ? RequestResult::ServerError : RequestResult::Ok;
@@ -116,7 +128,8 @@ bool ReplyParser::parseResponseStatus(const QJsonObject& object, RequestResult& 
     return !hasError;
 }
 
-bool ReplyParser::isTokenExpired(const QByteArray& body) {
+bool ReplyParser::isTokenExpired(const QByteArray& body)
+{
     QJsonDocument document;
     RequestResult scratch;
     if (!tryParseJson(body, document, scratch))
@@ -125,7 +138,8 @@ bool ReplyParser::isTokenExpired(const QByteArray& body) {
     return error.isString() && error.toString() == QLatin1String("token_expired");
 }
 
-QString ReplyParser::refreshedToken(const QByteArray& body) {
+QString ReplyParser::refreshedToken(const QByteArray& body)
+{
     QJsonDocument document;
     RequestResult result;
     if (!tryParseJson(body, document, result) || !parseResponseStatus(document.object(), result))
@@ -135,7 +149,8 @@ QString ReplyParser::refreshedToken(const QByteArray& body) {
     return reader.broken() ? QString() : Reader::text(data, "token");
 }
 
-void ReplyParser::readLogin(const QJsonDocument& document, LoginResult& result) {
+void ReplyParser::readLogin(const QJsonDocument& document, LoginResult& result)
+{
     if (!parseResponseStatus(document.object(), result))
         return;
     Reader reader;
@@ -147,7 +162,8 @@ void ReplyParser::readLogin(const QJsonDocument& document, LoginResult& result) 
     result.token = Reader::text(data, "token");
 }
 
-void ReplyParser::readAccountInfo(const QJsonDocument& document, AccountInfoGettingResult& result) {
+void ReplyParser::readAccountInfo(const QJsonDocument& document, AccountInfoGettingResult& result)
+{
     if (!parseResponseStatus(document.object(), result))
         return;
     Reader reader;
@@ -169,7 +185,8 @@ void ReplyParser::readAccountInfo(const QJsonDocument& document, AccountInfoGett
 
 void ReplyParser::parseServersListJson(const QJsonDocument& document,
                                        const AccountInfoGettingResult& account,
-                                       ServerListGettingResult& result) {
+                                       ServerListGettingResult& result)
+{
     if (!document.isObject()) {
         markUnreadable(result);
         return;
@@ -225,7 +242,8 @@ void ReplyParser::parseServersListJson(const QJsonDocument& document,
     result.countriesByCode = std::move(countriesByCode);
 }
 
-IpGettingResult ReplyParser::processReceiveIpDataNewVersion(const QByteArray& body) {
+IpGettingResult ReplyParser::processReceiveIpDataNewVersion(const QByteArray& body)
+{
     IpGettingResult result;
     QJsonDocument document;
     if (!tryParseJson(body, document, result))
@@ -239,7 +257,8 @@ IpGettingResult ReplyParser::processReceiveIpDataNewVersion(const QByteArray& bo
     return result;
 }
 
-LastVersionGettingResult ReplyParser::parseLastVersion(const QByteArray& body) {
+LastVersionGettingResult ReplyParser::parseLastVersion(const QByteArray& body)
+{
     LastVersionGettingResult result;
     QJsonDocument document;
     if (!tryParseJson(body, document, result))

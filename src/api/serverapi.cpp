@@ -35,24 +35,28 @@ const char logoutTextKey[] =
     QT_TRANSLATE_NOOP("QObject", "warning.authorization_failure_try_again");
 
 // Base address + path, plus "?scope=" with the scope text unchanged (commas included).
-QString serviceUrl(const QString& base, const QString& path, const QString& scope) {
+QString serviceUrl(const QString& base, const QString& path, const QString& scope)
+{
     const QString url = QStringLiteral("%1%2").arg(base, path);
     return scope.isEmpty() ? url : url + QStringLiteral("?scope=%1").arg(scope);
 }
 
 // Keeps a text that comes from a reply (an address, a country code) inside its path segment or
 // query value: '/', '?', '&', '#' and the like are percent-encoded.
-QString asUrlComponent(const QString& text) {
+QString asUrlComponent(const QString& text)
+{
     return QString::fromLatin1(QUrl::toPercentEncoding(text, QByteArrayLiteral(":")));
 }
 
-bool isPng(const QByteArray& bytes) {
+bool isPng(const QByteArray& bytes)
+{
     return bytes.startsWith(QByteArrayLiteral("\x89PNG\r\n\x1a\n"));
 }
 
 // Adds the PEM certificates of `path` to the process's default TLS configuration, each once. The
 // system's CAs stay trusted.
-void trustCaFile(const QString& path) {
+void trustCaFile(const QString& path)
+{
     static QMutex mutex;
     const QMutexLocker locker(&mutex);
     QFile file(path);
@@ -92,7 +96,8 @@ struct FlagCache {
     std::atomic<Qt::HANDLE> writer{nullptr};
 };
 
-FlagCache& flagCache() {
+FlagCache& flagCache()
+{
     static FlagCache cache;
     return cache;
 }
@@ -103,7 +108,8 @@ class ScopedValue {
 public:
     ScopedValue(T& target, U value)
         : m_target(target)
-        , m_previous(target) {
+        , m_previous(target)
+    {
         m_target = std::move(value);
     }
     ~ScopedValue() { m_target = m_previous; }
@@ -129,17 +135,20 @@ struct ServerApi::ListCache {
     bool hasServers() const { return filled && !result.serversByCountry.isEmpty(); }
 };
 
-ServerApi::ListCache& ServerApi::fullListCache() {
+ServerApi::ListCache& ServerApi::fullListCache()
+{
     static ListCache cache;
     return cache;
 }
 
-ServerApi::ListCache& ServerApi::recommendedListCache() {
+ServerApi::ListCache& ServerApi::recommendedListCache()
+{
     static ListCache cache;
     return cache;
 }
 
-qint64 ServerApi::steadyMilliseconds() {
+qint64 ServerApi::steadyMilliseconds()
+{
     return std::chrono::duration_cast<std::chrono::milliseconds>(
                std::chrono::steady_clock::now().time_since_epoch())
         .count();
@@ -150,7 +159,8 @@ ServerApi::ServerApi(Endpoints endpoints, std::chrono::milliseconds requestTimeo
     : m_endpoints(std::move(endpoints))
     , m_requestTimeout(requestTimeout)
     , m_clock(clock ? std::move(clock) : MonotonicClock(&ServerApi::steadyMilliseconds))
-    , m_logoutBroadcaster(std::make_shared<LogoutBroadcaster>(nullptr)) {
+    , m_logoutBroadcaster(std::make_shared<LogoutBroadcaster>(nullptr))
+{
     if (!m_endpoints.caFile.isEmpty())
         trustCaFile(m_endpoints.caFile);
 }
@@ -160,7 +170,8 @@ ServerApi::~ServerApi() = default;
 // --- request pipeline ---------------------------------------------------------------------------
 
 void ServerApi::prepareRequest(const QString& url, QNetworkRequest& request,
-                               bool useSslConfiguration) const {
+                               bool useSslConfiguration) const
+{
     // Going through a query object normalises the address's encoding the same way for every call.
     const QUrlQuery query(url);
     request.setUrl(QUrl(query.query(), QUrl::TolerantMode));
@@ -173,7 +184,8 @@ void ServerApi::prepareRequest(const QString& url, QNetworkRequest& request,
     request.setRawHeader(QByteArrayLiteral("Accept"), QByteArrayLiteral("application/json"));
 }
 
-QString ServerApi::addToken(QNetworkRequest& request) {
+QString ServerApi::addToken(QNetworkRequest& request)
+{
     const QString current = token();
     request.setRawHeader(QByteArrayLiteral("Authorization"),
                          QStringLiteral("Bearer %1").arg(current).toLatin1());
@@ -182,7 +194,8 @@ QString ServerApi::addToken(QNetworkRequest& request) {
 
 ServerApi::SentRequest ServerApi::sendRequest(const QString& url, bool isGet,
                                               const QJsonObject& body, bool withToken,
-                                              bool useSslConfiguration) {
+                                              bool useSslConfiguration)
+{
     SentRequest sent;
     QNetworkRequest request;
     prepareRequest(url, request, useSslConfiguration);
@@ -194,7 +207,8 @@ ServerApi::SentRequest ServerApi::sendRequest(const QString& url, bool isGet,
     return sent;
 }
 
-void ServerApi::waitForReply(QNetworkReply* reply) const {
+void ServerApi::waitForReply(QNetworkReply* reply) const
+{
     QEventLoop loop;
     QTimer timer;
     timer.setSingleShot(true);
@@ -234,12 +248,14 @@ void ServerApi::waitForReply(QNetworkReply* reply) const {
 }
 
 QByteArray ServerApi::request(const QString& url, bool isGet, const QJsonObject& body,
-                              bool withToken, bool useSslConfiguration) {
+                              bool withToken, bool useSslConfiguration)
+{
     return exchange(url, isGet, body, withToken, useSslConfiguration, Expiry::RefreshAndRepeat);
 }
 
 QByteArray ServerApi::exchange(const QString& url, bool isGet, const QJsonObject& body,
-                               bool withToken, bool useSslConfiguration, Expiry expiry) {
+                               bool withToken, bool useSslConfiguration, Expiry expiry)
+{
     SentRequest sent = sendRequest(url, isGet, body, withToken, useSslConfiguration);
     qDebug().noquote() << "reequest" << url;
     waitForReply(sent.reply);
@@ -271,7 +287,8 @@ QByteArray ServerApi::exchange(const QString& url, bool isGet, const QJsonObject
     return replyBody;
 }
 
-bool ServerApi::refreshToken() {
+bool ServerApi::refreshToken()
+{
     const QByteArray reply =
         exchange(serviceUrl(m_endpoints.apiBaseUrl, QStringLiteral("/refresh"), QString()), true,
                  {}, true, true, Expiry::Ignore);
@@ -282,34 +299,40 @@ bool ServerApi::refreshToken() {
     return true;
 }
 
-LogoutBroadcaster& ServerApi::logoutBroadcaster() {
+LogoutBroadcaster& ServerApi::logoutBroadcaster()
+{
     return *m_logoutBroadcaster;
 }
 
-QString ServerApi::logoutText() {
+QString ServerApi::logoutText()
+{
     return QCoreApplication::translate("QObject", logoutTextKey);
 }
 
 // --- login and account --------------------------------------------------------------------------
 
-QString ServerApi::token() {
+QString ServerApi::token()
+{
     const QMutexLocker locker(&m_tokenMutex);
     return m_token;
 }
 
-void ServerApi::setToken(const QString& token) {
+void ServerApi::setToken(const QString& token)
+{
     const QMutexLocker locker(&m_tokenMutex);
     m_token = token;
 }
 
-LoginResult ServerApi::loginByEmail(const QString& email, const QString& password) {
+LoginResult ServerApi::loginByEmail(const QString& email, const QString& password)
+{
     QJsonObject body;
     body.insert(QStringLiteral("email"), email);
     body.insert(QStringLiteral("password"), password);
     return login(serviceUrl(m_endpoints.apiBaseUrl, QStringLiteral("/login"), QString()), body);
 }
 
-LoginResult ServerApi::login(const QString& url, const QJsonObject& body) {
+LoginResult ServerApi::login(const QString& url, const QJsonObject& body)
+{
     {
         const QMutexLocker locker(&m_accountMutex);
         m_hasAccountInfo = false;
@@ -326,7 +349,8 @@ LoginResult ServerApi::login(const QString& url, const QJsonObject& body) {
     return result;
 }
 
-AccountInfoGettingResult ServerApi::receiveAccountInfo() {
+AccountInfoGettingResult ServerApi::receiveAccountInfo()
+{
     quint64 generation = 0;
     {
         const QMutexLocker locker(&m_accountMutex);
@@ -354,14 +378,16 @@ AccountInfoGettingResult ServerApi::receiveAccountInfo() {
 
 // --- server lists -------------------------------------------------------------------------------
 
-ServerListGettingResult ServerApi::receiveServerList() {
+ServerListGettingResult ServerApi::receiveServerList()
+{
     return receiveList(fullListCache(),
                        serviceUrl(m_endpoints.apiBaseUrl, QStringLiteral("/hotspots"),
                                   QStringLiteral("country,config")),
                        true);
 }
 
-ServerListGettingResult ServerApi::receiveRecommendedServerList(const QString& ip) {
+ServerListGettingResult ServerApi::receiveRecommendedServerList(const QString& ip)
+{
     return receiveList(
         recommendedListCache(),
         serviceUrl(m_endpoints.apiBaseUrl,
@@ -371,7 +397,8 @@ ServerListGettingResult ServerApi::receiveRecommendedServerList(const QString& i
 }
 
 ServerListGettingResult ServerApi::receiveList(ListCache& cache, const QString& url,
-                                               bool isFullList) {
+                                               bool isFullList)
+{
     const QMutexLocker locker(&cache.mutex);
     // Re-entered on this thread while its own exchange of this list waits: serve what is cached
     // rather than a second exchange; with nothing cached, fetch (the lock is ours already).
@@ -404,12 +431,14 @@ ServerListGettingResult ServerApi::receiveList(ListCache& cache, const QString& 
 
 // --- IP, version, flags, probe ------------------------------------------------------------------
 
-IpGettingResult ServerApi::receiveIp() {
+IpGettingResult ServerApi::receiveIp()
+{
     return ReplyParser::processReceiveIpDataNewVersion(
         request(m_endpoints.ipInfoUrl, true, {}, true, true));
 }
 
-LastVersionGettingResult ServerApi::receiveLastVersion() {
+LastVersionGettingResult ServerApi::receiveLastVersion()
+{
     const QByteArray reply = request(
         serviceUrl(m_endpoints.apiBaseUrl, QStringLiteral("/versions/windows/ru"), QString()), true,
         {}, false, true);
@@ -419,7 +448,8 @@ LastVersionGettingResult ServerApi::receiveLastVersion() {
     return result;
 }
 
-QByteArray ServerApi::receiveFlagPicture(const QString& countryCode, FlagPictureSize size) {
+QByteArray ServerApi::receiveFlagPicture(const QString& countryCode, FlagPictureSize size)
+{
     const QString url = serviceUrl(m_endpoints.apiBaseUrl,
                                    QStringLiteral("/flags/%1/%2.png")
                                        .arg(flagPictureSizeText(size), asUrlComponent(countryCode)),
@@ -456,7 +486,8 @@ QByteArray ServerApi::receiveFlagPicture(const QString& countryCode, FlagPicture
     return picture;
 }
 
-bool ServerApi::isThereInternet() {
+bool ServerApi::isThereInternet()
+{
     QNetworkAccessManager manager;
     QNetworkReply* reply = manager.get(QNetworkRequest(QUrl(m_endpoints.probeUrl)));
     waitForReply(reply);
@@ -465,31 +496,38 @@ bool ServerApi::isThereInternet() {
 
 // --- process-wide state -------------------------------------------------------------------------
 
-bool ServerApi::isKillswitchAllowed() {
+bool ServerApi::isKillswitchAllowed()
+{
     return killswitchAllowed;
 }
 
-void ServerApi::setIsKillswitchAllowed(bool allowed) {
+void ServerApi::setIsKillswitchAllowed(bool allowed)
+{
     killswitchAllowed = allowed;
 }
 
-bool ServerApi::isOpenVpnAllowed() {
+bool ServerApi::isOpenVpnAllowed()
+{
     return openVpnAllowed;
 }
 
-void ServerApi::setIsOpenVpnAllowed(bool allowed) {
+void ServerApi::setIsOpenVpnAllowed(bool allowed)
+{
     openVpnAllowed = allowed;
 }
 
-bool ServerApi::isIKEv2Allowed() {
+bool ServerApi::isIKEv2Allowed()
+{
     return ikev2Allowed;
 }
 
-void ServerApi::setIsIKEv2Allowed(bool allowed) {
+void ServerApi::setIsIKEv2Allowed(bool allowed)
+{
     ikev2Allowed = allowed;
 }
 
-void ServerApi::resetSharedCaches() {
+void ServerApi::resetSharedCaches()
+{
     for (ListCache* cache : {&fullListCache(), &recommendedListCache()}) {
         const QMutexLocker locker(&cache->mutex);
         cache->filled = false;

@@ -9,7 +9,8 @@ using tavero::ReplyParser;
 
 namespace {
 
-QJsonDocument document(const QByteArray& json) {
+QJsonDocument document(const QByteArray& json)
+{
     QJsonDocument parsed;
     RequestResult scratch;
     if (!ReplyParser::tryParseJson(json, parsed, scratch))
@@ -17,7 +18,8 @@ QJsonDocument document(const QByteArray& json) {
     return parsed;
 }
 
-AccountInfoGettingResult accountWithStatus(int status) {
+AccountInfoGettingResult accountWithStatus(int status)
+{
     AccountInfoGettingResult account;
     account.status = status;
     account.vpnUsername = "user";
@@ -26,7 +28,8 @@ AccountInfoGettingResult accountWithStatus(int status) {
     return account;
 }
 
-ServerListGettingResult parseList(const QByteArray& json, int accountStatus = 0) {
+ServerListGettingResult parseList(const QByteArray& json, int accountStatus = 0)
+{
     ServerListGettingResult result;
     ReplyParser::parseServersListJson(document(json), accountWithStatus(accountStatus), result);
     return result;
@@ -49,7 +52,8 @@ const QByteArray twoCountries = R"({"data": [
 class TestReplyParser : public QObject {
     Q_OBJECT
 private slots:
-    void bodyReading_data() {
+    void bodyReading_data()
+    {
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<bool>("parsed");
         QTest::addColumn<int>("status");
@@ -63,7 +67,8 @@ private slots:
             << QByteArray("\xe9t\xe9") << false << 4 << QString::fromLatin1("\xe9t\xe9");
         QTest::newRow("object") << QByteArray(R"({"data": {}})") << true << 5 << "";
     }
-    void bodyReading() {
+    void bodyReading()
+    {
         QFETCH(QByteArray, body);
         QFETCH(bool, parsed);
         QFETCH(int, status);
@@ -76,7 +81,8 @@ private slots:
         QCOMPARE(parsedDocument.isObject(), parsed);
     }
 
-    void errorKeys_data() {
+    void errorKeys_data()
+    {
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("message");
@@ -88,7 +94,8 @@ private slots:
         QTest::newRow("number message") << QByteArray(R"({"message": 5})") << 1 << "";
         QTest::newRow("success") << QByteArray(R"({"data": {"token": "t"}})") << 0 << "";
     }
-    void errorKeys() {
+    void errorKeys()
+    {
         QFETCH(QByteArray, json);
         QFETCH(int, status);
         QFETCH(QString, message);
@@ -98,7 +105,8 @@ private slots:
         QCOMPARE(result.message, message);
     }
 
-    void tokenExpiry_data() {
+    void tokenExpiry_data()
+    {
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<bool>("expired");
         QTest::newRow("error only") << QByteArray(R"({"error": "token_expired"})") << true;
@@ -110,13 +118,15 @@ private slots:
         QTest::newRow("not json") << QByteArray("token_expired") << false;
         QTest::newRow("empty") << QByteArray() << false;
     }
-    void tokenExpiry() {
+    void tokenExpiry()
+    {
         QFETCH(QByteArray, body);
         QFETCH(bool, expired);
         QCOMPARE(ReplyParser::isTokenExpired(body), expired);
     }
 
-    void refreshedToken_data() {
+    void refreshedToken_data()
+    {
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<QString>("token");
         QTest::newRow("renewed") << QByteArray(R"({"data": {"token": "new"}})") << "new";
@@ -128,13 +138,15 @@ private slots:
         QTest::newRow("data of wrong type") << QByteArray(R"({"data": "token"})") << "";
         QTest::newRow("garbage") << QByteArray("<html>") << "";
     }
-    void refreshedToken() {
+    void refreshedToken()
+    {
         QFETCH(QByteArray, body);
         QFETCH(QString, token);
         QCOMPARE(ReplyParser::refreshedToken(body), token);
     }
 
-    void login_data() {
+    void login_data()
+    {
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("token");
@@ -154,7 +166,8 @@ private slots:
             << QByteArray(R"({"message": "invalid_user_credentials"})") << 1 << ""
             << "invalid_user_credentials";
     }
-    void login() {
+    void login()
+    {
         QFETCH(QByteArray, json);
         QFETCH(int, status);
         QFETCH(QString, token);
@@ -166,7 +179,8 @@ private slots:
         QCOMPARE(result.message, message);
     }
 
-    void accountReadsEveryField() {
+    void accountReadsEveryField()
+    {
         AccountInfoGettingResult account;
         ReplyParser::readAccountInfo(document(R"({"data": {
             "email": "a@example.org",
@@ -185,7 +199,8 @@ private slots:
         QVERIFY(account.hasVPNData());
     }
 
-    void accountShapes_data() {
+    void accountShapes_data()
+    {
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("email");
@@ -202,7 +217,8 @@ private slots:
         QTest::newRow("error") << QByteArray(R"({"error": "token_expired", "message": "m"})") << 1
                                << "";
     }
-    void accountShapes() {
+    void accountShapes()
+    {
         QFETCH(QByteArray, json);
         QFETCH(int, status);
         QFETCH(QString, email);
@@ -213,7 +229,8 @@ private slots:
         QVERIFY(!account.hasVPNData());
     }
 
-    void serverListGroupsByCountryInReplyOrder() {
+    void serverListGroupsByCountryInReplyOrder()
+    {
         const ServerListGettingResult list = parseList(twoCountries);
         QCOMPARE(list.status, 0);
         QCOMPARE(list.serversByCountry.keys(), (QList<int>{2, 4}));
@@ -240,7 +257,8 @@ private slots:
         QVERIFY(!netherlands.isRecommended); // "is_recom" absent
     }
 
-    void accountCredentialsCopiedOnlyFromAGoodAccount_data() {
+    void accountCredentialsCopiedOnlyFromAGoodAccount_data()
+    {
         QTest::addColumn<int>("accountStatus");
         QTest::addColumn<bool>("copied");
         QTest::newRow("ok") << 0 << true;
@@ -248,7 +266,8 @@ private slots:
         QTest::newRow("no internet") << 2 << false;
         QTest::newRow("not set") << 5 << false;
     }
-    void accountCredentialsCopiedOnlyFromAGoodAccount() {
+    void accountCredentialsCopiedOnlyFromAGoodAccount()
+    {
         QFETCH(int, accountStatus);
         QFETCH(bool, copied);
         const ServerListGettingResult list = parseList(twoCountries, accountStatus);
@@ -263,7 +282,8 @@ private slots:
         }
     }
 
-    void serverFieldsOfWrongTypeReadAsAbsent_data() {
+    void serverFieldsOfWrongTypeReadAsAbsent_data()
+    {
         QTest::addColumn<QByteArray>("element");
         QTest::addColumn<int>("load");
         QTest::addColumn<int>("countryId");
@@ -291,7 +311,8 @@ private slots:
             << QByteArray(R"({"name": null, "country": null, "config": null, "load": null})") << 0
             << 0 << false;
     }
-    void serverFieldsOfWrongTypeReadAsAbsent() {
+    void serverFieldsOfWrongTypeReadAsAbsent()
+    {
         QFETCH(QByteArray, element);
         QFETCH(int, load);
         QFETCH(int, countryId);
@@ -305,7 +326,8 @@ private slots:
         QCOMPARE(server.hasOvpnConfig, ovpn);
     }
 
-    void unreadableServerListsAreStatus4AndEmpty_data() {
+    void unreadableServerListsAreStatus4AndEmpty_data()
+    {
         QTest::addColumn<QByteArray>("json");
         QTest::newRow("data number") << QByteArray(R"({"data": 5})");
         QTest::newRow("data object") << QByteArray(R"({"data": {"name": "a"}})");
@@ -315,7 +337,8 @@ private slots:
         QTest::newRow("config of wrong type")
             << QByteArray(R"({"data": [{"name": "a", "config": ["h"]}]})");
     }
-    void unreadableServerListsAreStatus4AndEmpty() {
+    void unreadableServerListsAreStatus4AndEmpty()
+    {
         QFETCH(QByteArray, json);
         const ServerListGettingResult list = parseList(json);
         QCOMPARE(list.status, 4);
@@ -324,7 +347,8 @@ private slots:
         QVERIFY(list.countriesByCode.isEmpty());
     }
 
-    void serverListEdges() {
+    void serverListEdges()
+    {
         const ServerListGettingResult error = parseList(R"({"error": "x", "message": "down"})");
         QCOMPARE(error.status, 1);
         QCOMPARE(error.message, QString("down"));
@@ -340,7 +364,8 @@ private slots:
         QCOMPARE(notObject.status, 4);
     }
 
-    void ipReply_data() {
+    void ipReply_data()
+    {
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("ip");
@@ -360,7 +385,8 @@ private slots:
         QTest::newRow("not json") << QByteArray("<html>") << 4 << "" << false << "";
         QTest::newRow("empty") << QByteArray() << 2 << "" << false << "";
     }
-    void ipReply() {
+    void ipReply()
+    {
         QFETCH(QByteArray, body);
         QFETCH(int, status);
         QFETCH(QString, ip);
@@ -373,7 +399,8 @@ private slots:
         QCOMPARE(result.countryCode, country);
     }
 
-    void versionReply_data() {
+    void versionReply_data()
+    {
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<int>("status");
         QTest::addColumn<int>("versionInt");
@@ -391,7 +418,8 @@ private slots:
         QTest::newRow("not json") << QByteArray("{") << 4 << 0 << "";
         QTest::newRow("empty") << QByteArray() << 2 << 0 << "";
     }
-    void versionReply() {
+    void versionReply()
+    {
         QFETCH(QByteArray, body);
         QFETCH(int, status);
         QFETCH(int, versionInt);

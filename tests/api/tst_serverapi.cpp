@@ -25,14 +25,16 @@ namespace {
 
 constexpr qint64 startOfTime = 1'000'000'000;
 
-int serverCount(const ServerListGettingResult& list) {
+int serverCount(const ServerListGettingResult& list)
+{
     int count = 0;
     for (const auto& servers : list.serversByCountry)
         count += servers.size();
     return count;
 }
 
-const VpnServerInformation* findServer(const ServerListGettingResult& list, const QString& name) {
+const VpnServerInformation* findServer(const ServerListGettingResult& list, const QString& name)
+{
     for (const auto& servers : list.serversByCountry) {
         for (const VpnServerInformation& server : servers) {
             if (server.name == name)
@@ -43,7 +45,8 @@ const VpnServerInformation* findServer(const ServerListGettingResult& list, cons
 }
 
 // The seed's record of one server, to compare what /json reports through its tunnel.
-QJsonObject seededServer(const QString& name) {
+QJsonObject seededServer(const QString& name)
+{
     QFile seed(qEnvironmentVariable("TAVERO_SOURCE_DIR") + "/tools/devservice/seed.json");
     if (!seed.open(QIODevice::ReadOnly))
         return {};
@@ -64,12 +67,14 @@ class TestServerApi : public QObject {
     std::unique_ptr<MessageCapture> m_messages;
     std::atomic<qint64> m_now{startOfTime};
 
-    std::unique_ptr<ServerApi> makeApi(std::chrono::milliseconds limit = 30000ms) {
+    std::unique_ptr<ServerApi> makeApi(std::chrono::milliseconds limit = 30000ms)
+    {
         return std::make_unique<ServerApi>(m_service->endpoints(), limit,
                                            [this] { return m_now.load(); });
     }
 
-    bool logIn(ServerApi& api, int account = 0) {
+    bool logIn(ServerApi& api, int account = 0)
+    {
         const LoginResult result = api.loginByEmail(m_service->account(account).email,
                                                     m_service->account(account).password);
         return result.status == RequestResult::Ok && !result.token.isEmpty();
@@ -78,7 +83,8 @@ class TestServerApi : public QObject {
     void advanceSeconds(qint64 seconds) { m_now += seconds * 1000; }
 
     // The requests the service saw for `path`, oldest first.
-    QList<QJsonObject> requestsTo(const QString& path) {
+    QList<QJsonObject> requestsTo(const QString& path)
+    {
         QList<QJsonObject> found;
         for (const QJsonValue& entry : m_service->requests()) {
             if (entry.toObject().value("path").toString() == path)
@@ -88,13 +94,15 @@ class TestServerApi : public QObject {
     }
 
 private slots:
-    void initTestCase() {
+    void initTestCase()
+    {
         m_service = std::make_unique<DevService>();
         QVERIFY2(m_service->isRunning(), qPrintable(m_service->errorText()));
         QCOMPARE(m_service->accounts().size(), 2);
     }
 
-    void init() {
+    void init()
+    {
         ServerApi::resetSharedCaches();
         QVERIFY(m_service->reset());
         m_now = startOfTime;
@@ -103,13 +111,15 @@ private slots:
 
     void cleanup() { m_messages.reset(); }
 
-    void cleanupTestCase() {
+    void cleanupTestCase()
+    {
         QVERIFY2(m_service->stop(), "the service must end cleanly on SIGTERM");
     }
 
     // --- request pipeline and login ---------------------------------------------------------
 
-    void loginSendsJsonPostWithoutToken() {
+    void loginSendsJsonPostWithoutToken()
+    {
         auto api = makeApi();
         api->setToken("old-token");
         QVERIFY(logIn(*api));
@@ -131,7 +141,8 @@ private slots:
         QVERIFY(m_messages->contains(QtDebugMsg, "reequest " + m_service->apiUrl() + "/login"));
     }
 
-    void invalidCredentialsKeepTheToken() {
+    void invalidCredentialsKeepTheToken()
+    {
         auto api = makeApi();
         api->setToken("kept");
         const LoginResult result = api->loginByEmail(m_service->account(0).email, "wrong");
@@ -141,7 +152,8 @@ private slots:
         QCOMPARE(api->token(), QString("kept"));
     }
 
-    void brokenLoginReplies_data() {
+    void brokenLoginReplies_data()
+    {
         QTest::addColumn<int>("failure");
         QTest::addColumn<int>("httpStatus");
         QTest::addColumn<QByteArray>("body");
@@ -175,7 +187,8 @@ private slots:
             << body << 200 << QByteArray(R"({"data": {"token": null}})") << 0 << ""
             << "";
     }
-    void brokenLoginReplies() {
+    void brokenLoginReplies()
+    {
         QFETCH(int, failure);
         QFETCH(int, httpStatus);
         QFETCH(QByteArray, body);
@@ -193,7 +206,8 @@ private slots:
         QCOMPARE(m_service->requestCount("/login"), 1);
     }
 
-    void networkErrorsPrintTheTlsDiagnostics() {
+    void networkErrorsPrintTheTlsDiagnostics()
+    {
         QVERIFY(m_service->failNext("/versions/windows/ru", 1, DevService::Failure::Close));
         auto api = makeApi();
         QCOMPARE(api->receiveLastVersion().status, 2);
@@ -203,7 +217,8 @@ private slots:
         QVERIFY(m_messages->contains(QtDebugMsg, "!!!!!"));
     }
 
-    void replyLimitEndsASlowExchange() {
+    void replyLimitEndsASlowExchange()
+    {
         QVERIFY(m_service->delayNext("/json", 1, 5000));
         auto api = makeApi(300ms);
         QElapsedTimer clock;
@@ -214,7 +229,8 @@ private slots:
         QVERIFY2(clock.elapsed() < 4000, "the wait ends at the limit, not with the reply");
     }
 
-    void untrustedCertificateEndsAsNoInternet() {
+    void untrustedCertificateEndsAsNoInternet()
+    {
         DevService stranger; // a fresh CA nobody trusts
         QVERIFY2(stranger.isRunning(), qPrintable(stranger.errorText()));
         tavero::Endpoints endpoints = stranger.endpoints();
@@ -229,7 +245,8 @@ private slots:
 
     // --- token expiry -----------------------------------------------------------------------
 
-    void expiredTokenIsRenewedOnceAndTheRequestRepeated() {
+    void expiredTokenIsRenewedOnceAndTheRequestRepeated()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         const QString first = api->token();
@@ -250,7 +267,8 @@ private slots:
                  "Bearer " + first);
     }
 
-    void failedRenewalLogsOutAndReturnsTheExpiredReply() {
+    void failedRenewalLogsOutAndReturnsTheExpiredReply()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         QSignalSpy logout(&api->logoutBroadcaster(), &LogoutBroadcaster::needLogout);
@@ -280,7 +298,8 @@ private slots:
         QCOMPARE(logout.count(), 2);
     }
 
-    void renewalAnsweringTokenExpiredDoesNotRecurse() {
+    void renewalAnsweringTokenExpiredDoesNotRecurse()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         QSignalSpy logout(&api->logoutBroadcaster(), &LogoutBroadcaster::needLogout);
@@ -296,7 +315,8 @@ private slots:
         QCOMPARE(logout.count(), 1);
     }
 
-    void tokenThatKeepsExpiringIsRepeatedOnlyOnce() {
+    void tokenThatKeepsExpiringIsRepeatedOnlyOnce()
+    {
         QVERIFY(m_service->setTokenLifetime(0)); // every token is born expired
         auto api = makeApi();
         QVERIFY(logIn(*api));
@@ -313,7 +333,8 @@ private slots:
         QCOMPARE(logout.count(), 1);
     }
 
-    void expiredReplyWithoutTokenIsNotRenewed() {
+    void expiredReplyWithoutTokenIsNotRenewed()
+    {
         auto api = makeApi();
         QSignalSpy logout(&api->logoutBroadcaster(), &LogoutBroadcaster::needLogout);
         QVERIFY(m_service->replyNext("/login", 1, 401, R"({"error": "token_expired"})"));
@@ -326,7 +347,8 @@ private slots:
 
     // --- account ----------------------------------------------------------------------------
 
-    void accountIsReadAndCachedWhileItHoldsVpnData() {
+    void accountIsReadAndCachedWhileItHoldsVpnData()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api, 1));
         const AccountInfoGettingResult account = api->receiveAccountInfo();
@@ -351,7 +373,8 @@ private slots:
         QVERIFY(m_messages->contains(QtDebugMsg, "get user data from /user?appp,subscription,vpn"));
     }
 
-    void accountWithoutCertificatesIsAskedForAgain() {
+    void accountWithoutCertificatesIsAskedForAgain()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         QVERIFY(m_service->replyNext(
@@ -363,7 +386,8 @@ private slots:
         QCOMPARE(m_service->requestCount("/user"), 2);
     }
 
-    void everyLoginClearsTheAccountCache() {
+    void everyLoginClearsTheAccountCache()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         QVERIFY(api->receiveAccountInfo().hasVPNData());
@@ -379,7 +403,8 @@ private slots:
         QCOMPARE(m_service->requestCount("/user"), 3);
     }
 
-    void unreadableAccountReplyIsNotCached() {
+    void unreadableAccountReplyIsNotCached()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         QVERIFY(m_service->failNext("/user", 1, DevService::Failure::Garbage));
@@ -392,7 +417,8 @@ private slots:
 
     // --- server lists -----------------------------------------------------------------------
 
-    void serverListIsReadWithCredentials() {
+    void serverListIsReadWithCredentials()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         const ServerListGettingResult list = api->receiveServerList();
@@ -420,7 +446,8 @@ private slots:
         QVERIFY(m_messages->contains(QtDebugMsg, "HOTSPOTS JSON {\"data\":[{"));
     }
 
-    void serverListIsCachedFor299Seconds() {
+    void serverListIsCachedFor299Seconds()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         QCOMPARE(api->receiveServerList().status, 0);
@@ -438,13 +465,15 @@ private slots:
         QCOMPARE(m_service->requestCount("/hotspots"), 2);
     }
 
-    void staleListIsServedWhileTheServiceFails_data() {
+    void staleListIsServedWhileTheServiceFails_data()
+    {
         QTest::addColumn<int>("failure");
         QTest::newRow("empty") << int(DevService::Failure::Empty);
         QTest::newRow("closed") << int(DevService::Failure::Close);
         QTest::newRow("garbage") << int(DevService::Failure::Garbage);
     }
-    void staleListIsServedWhileTheServiceFails() {
+    void staleListIsServedWhileTheServiceFails()
+    {
         QFETCH(int, failure);
         auto api = makeApi();
         QVERIFY(logIn(*api));
@@ -465,7 +494,8 @@ private slots:
         QVERIFY(failed.serversByCountry.isEmpty());
     }
 
-    void listOfAFailedAccountIsNeitherCachedNorGivenCredentials() {
+    void listOfAFailedAccountIsNeitherCachedNorGivenCredentials()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         QVERIFY(m_service->failNext("/user", 1, DevService::Failure::Status, 500));
@@ -480,7 +510,8 @@ private slots:
         QCOMPARE(m_service->requestCount("/hotspots"), 2);
     }
 
-    void recommendedCacheIgnoresTheAddress() {
+    void recommendedCacheIgnoresTheAddress()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         const ServerListGettingResult first = api->receiveRecommendedServerList("192.0.2.1");
@@ -504,7 +535,8 @@ private slots:
         QCOMPARE(m_service->requestCount("/hotspots/recommended"), 2);
     }
 
-    void hostileAddressStaysInsideItsQueryValue() {
+    void hostileAddressStaysInsideItsQueryValue()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         QCOMPARE(api->receiveRecommendedServerList("1.2.3.4&scope=x#frag").status, 0);
@@ -514,7 +546,8 @@ private slots:
         QVERIFY2(target.startsWith("/hotspots/recommended?ip=1.2.3.4%26scope"), qPrintable(target));
     }
 
-    void reentryDuringTheListWaitIsServedFromTheCache() {
+    void reentryDuringTheListWaitIsServedFromTheCache()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         const ServerListGettingResult first = api->receiveServerList();
@@ -536,7 +569,8 @@ private slots:
         QCOMPARE(m_service->requestCount("/hotspots"), 2);
     }
 
-    void reentryWithoutACacheFetchesWithoutDeadlock() {
+    void reentryWithoutACacheFetchesWithoutDeadlock()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         QVERIFY(m_service->delayNext("/hotspots/recommended", 1, 800));
@@ -549,7 +583,8 @@ private slots:
         QCOMPARE(m_service->requestCount("/hotspots/recommended"), 2);
     }
 
-    void otherThreadWaitsForTheListAndGetsTheCache() {
+    void otherThreadWaitsForTheListAndGetsTheCache()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         QVERIFY(m_service->delayNext("/hotspots", 1, 800));
@@ -566,7 +601,8 @@ private slots:
 
     // --- IP, version, flags, probe ----------------------------------------------------------
 
-    void ipCheckSendsTheTokenAndLowerCasesTheCountry() {
+    void ipCheckSendsTheTokenAndLowerCasesTheCountry()
+    {
         auto api = makeApi();
         QVERIFY(logIn(*api));
         const IpGettingResult home = api->receiveIp();
@@ -586,7 +622,8 @@ private slots:
         QCOMPARE(unprotected.ip, QString("192.0.2.5"));
     }
 
-    void ipCheckSeesAStandInTunnel() {
+    void ipCheckSeesAStandInTunnel()
+    {
         auto api = makeApi();
         QTcpSocket tunnel;
         tunnel.connectToHost(m_service->tunnelHost(), m_service->tunnelPort());
@@ -606,7 +643,8 @@ private slots:
         QVERIFY(!api->receiveIp().isProtected);
     }
 
-    void versionCheck() {
+    void versionCheck()
+    {
         auto api = makeApi();
         const LastVersionGettingResult newest = api->receiveLastVersion();
         QCOMPARE(newest.status, 0);
@@ -623,7 +661,8 @@ private slots:
         QCOMPARE(m_messages->count(QtCriticalMsg, "No update for current device"), 1);
     }
 
-    void flagPicturesAreCachedForTheProcess() {
+    void flagPicturesAreCachedForTheProcess()
+    {
         auto api = makeApi();
         const QByteArray small = api->receiveFlagPicture("de", FlagPictureSize::Small);
         QCOMPARE(QImage::fromData(small).size(), QSize(60, 45));
@@ -648,7 +687,8 @@ private slots:
         QCOMPARE(m_service->requestCount("/flags/60x45/de.png"), 1);
     }
 
-    void flagPicturesFromSeveralThreads() {
+    void flagPicturesFromSeveralThreads()
+    {
         auto api = makeApi();
         const QStringList codes{"de", "nl", "fr", "se", "jp", "us", "ca", "br", "za", "il", "xx"};
         QVector<QFuture<int>> workers;
@@ -674,7 +714,8 @@ private slots:
         }
     }
 
-    void reachabilityProbe() {
+    void reachabilityProbe()
+    {
         auto api = makeApi();
         QVERIFY(api->isThereInternet());
         QCOMPARE(m_service->requestCount("probe:/"), 1);

@@ -19,7 +19,8 @@ namespace {
 constexpr int startLimitMs = 60000;
 constexpr int controlLimitMs = 10000;
 
-QString devServiceProgram() {
+QString devServiceProgram()
+{
     const QString configured = qEnvironmentVariable("TAVERO_DEVSERVICE");
     if (!configured.isEmpty())
         return configured;
@@ -27,7 +28,8 @@ QString devServiceProgram() {
            QStringLiteral("/tools/devservice/tavero-devservice");
 }
 
-QString failureName(DevService::Failure failure) {
+QString failureName(DevService::Failure failure)
+{
     switch (failure) {
     case DevService::Failure::Status:
         return QStringLiteral("status");
@@ -47,7 +49,8 @@ QString failureName(DevService::Failure failure) {
 
 } // namespace
 
-DevService::DevService(const QStringList& extraArguments) {
+DevService::DevService(const QStringList& extraArguments)
+{
     if (!m_stateDir.isValid()) {
         m_error = QStringLiteral("no temporary directory for the service state");
         return;
@@ -102,56 +105,69 @@ DevService::DevService(const QStringList& extraArguments) {
     }
 }
 
-DevService::~DevService() {
+DevService::~DevService()
+{
     m_network.reset();
     stop();
 }
 
-bool DevService::isRunning() const {
+bool DevService::isRunning() const
+{
     return m_error.isEmpty() && m_process.state() == QProcess::Running;
 }
 
-QString DevService::readyValue(const char* key) const {
+QString DevService::readyValue(const char* key) const
+{
     return m_ready.value(QLatin1String(key)).toString();
 }
 
-QString DevService::apiUrl() const {
+QString DevService::apiUrl() const
+{
     return readyValue("api");
 }
 
-QString DevService::ipInfoUrl() const {
+QString DevService::ipInfoUrl() const
+{
     return readyValue("ipinfo");
 }
 
-QString DevService::probeUrl() const {
+QString DevService::probeUrl() const
+{
     return readyValue("probe");
 }
 
-QString DevService::caFile() const {
+QString DevService::caFile() const
+{
     return readyValue("ca");
 }
 
-QString DevService::controlUrl() const {
+QString DevService::controlUrl() const
+{
     return readyValue("control");
 }
 
-QString DevService::stateDir() const {
+QString DevService::stateDir() const
+{
     return readyValue("state");
 }
 
-QString DevService::tunnelHost() const {
+QString DevService::tunnelHost() const
+{
     return readyValue("tunnel").section(QLatin1Char(':'), 0, 0);
 }
 
-quint16 DevService::tunnelPort() const {
+quint16 DevService::tunnelPort() const
+{
     return quint16(readyValue("tunnel").section(QLatin1Char(':'), 1, 1).toUInt());
 }
 
-tavero::Endpoints DevService::endpoints() const {
+tavero::Endpoints DevService::endpoints() const
+{
     return {apiUrl(), ipInfoUrl(), probeUrl(), caFile()};
 }
 
-void DevService::exportEnvironment() const {
+void DevService::exportEnvironment() const
+{
     qputenv("TAVERO_API_URL", apiUrl().toUtf8());
     qputenv("TAVERO_IPINFO_URL", ipInfoUrl().toUtf8());
     qputenv("TAVERO_PROBE_URL", probeUrl().toUtf8());
@@ -159,7 +175,8 @@ void DevService::exportEnvironment() const {
 }
 
 QJsonObject DevService::control(const QByteArray& method, const QString& path,
-                                const QUrlQuery& query, const QByteArray& body) {
+                                const QUrlQuery& query, const QByteArray& body)
+{
     if (!m_network || m_process.state() != QProcess::Running)
         return {};
     QUrl url(controlUrl() + path);
@@ -184,25 +201,29 @@ QJsonObject DevService::control(const QByteArray& method, const QString& path,
 }
 
 bool DevService::controlOk(const QByteArray& method, const QString& path, const QUrlQuery& query,
-                           const QByteArray& body) {
+                           const QByteArray& body)
+{
     return control(method, path, query, body).value(QStringLiteral("ok")).toBool();
 }
 
-bool DevService::expireTokens(bool revoke) {
+bool DevService::expireTokens(bool revoke)
+{
     QUrlQuery query;
     if (revoke)
         query.addQueryItem(QStringLiteral("revoke"), QStringLiteral("1"));
     return controlOk("POST", QStringLiteral("/tokens/expire"), query);
 }
 
-bool DevService::setTokenLifetime(int seconds) {
+bool DevService::setTokenLifetime(int seconds)
+{
     QUrlQuery query;
     query.addQueryItem(QStringLiteral("seconds"), QString::number(seconds));
     return controlOk("POST", QStringLiteral("/tokens/lifetime"), query);
 }
 
 bool DevService::failNext(const QString& path, int count, Failure failure, int httpStatus,
-                          const QByteArray& body, int delayMs) {
+                          const QByteArray& body, int delayMs)
+{
     QUrlQuery query;
     query.addQueryItem(QStringLiteral("path"), path);
     query.addQueryItem(QStringLiteral("count"), QString::number(count));
@@ -214,15 +235,18 @@ bool DevService::failNext(const QString& path, int count, Failure failure, int h
     return controlOk("POST", QStringLiteral("/fail"), query, body);
 }
 
-bool DevService::replyNext(const QString& path, int count, int httpStatus, const QByteArray& body) {
+bool DevService::replyNext(const QString& path, int count, int httpStatus, const QByteArray& body)
+{
     return failNext(path, count, Failure::Body, httpStatus, body);
 }
 
-bool DevService::delayNext(const QString& path, int count, int delayMs) {
+bool DevService::delayNext(const QString& path, int count, int delayMs)
+{
     return failNext(path, count, Failure::Delay, 0, {}, delayMs);
 }
 
-QMap<QString, int> DevService::requestCounts() {
+QMap<QString, int> DevService::requestCounts()
+{
     QMap<QString, int> counts;
     const QJsonObject answer = control("GET", QStringLiteral("/counters"), {});
     const QJsonObject object = answer.value(QStringLiteral("counts")).toObject();
@@ -231,28 +255,33 @@ QMap<QString, int> DevService::requestCounts() {
     return counts;
 }
 
-int DevService::requestCount(const QString& path) {
+int DevService::requestCount(const QString& path)
+{
     const QJsonObject answer = control("GET", QStringLiteral("/counters"), {});
     if (!answer.contains(QStringLiteral("counts")))
         return -1;
     return answer.value(QStringLiteral("counts")).toObject().value(path).toInt(0);
 }
 
-QJsonArray DevService::requests() {
+QJsonArray DevService::requests()
+{
     return control("GET", QStringLiteral("/requests"), {})
         .value(QStringLiteral("requests"))
         .toArray();
 }
 
-bool DevService::resetCounters() {
+bool DevService::resetCounters()
+{
     return controlOk("POST", QStringLiteral("/counters/reset"), {});
 }
 
-bool DevService::dropTunnels() {
+bool DevService::dropTunnels()
+{
     return controlOk("POST", QStringLiteral("/tunnel/drop"), {});
 }
 
-QStringList DevService::openTunnels() {
+QStringList DevService::openTunnels()
+{
     QStringList hosts;
     const QJsonArray tunnels =
         control("GET", QStringLiteral("/tunnels"), {}).value(QStringLiteral("tunnels")).toArray();
@@ -261,13 +290,15 @@ QStringList DevService::openTunnels() {
     return hosts;
 }
 
-bool DevService::setHomeCountry(const QString& countryCode) {
+bool DevService::setHomeCountry(const QString& countryCode)
+{
     QUrlQuery query;
     query.addQueryItem(QStringLiteral("country_code"), countryCode);
     return controlOk("POST", QStringLiteral("/home"), query);
 }
 
-bool DevService::setServerHost(const QString& host, const QString& serverName) {
+bool DevService::setServerHost(const QString& host, const QString& serverName)
+{
     QUrlQuery query;
     query.addQueryItem(QStringLiteral("host"), host);
     if (!serverName.isEmpty())
@@ -275,11 +306,13 @@ bool DevService::setServerHost(const QString& host, const QString& serverName) {
     return controlOk("POST", QStringLiteral("/hotspots/host"), query);
 }
 
-bool DevService::reset() {
+bool DevService::reset()
+{
     return controlOk("POST", QStringLiteral("/reset"), {});
 }
 
-bool DevService::stop() {
+bool DevService::stop()
+{
     if (m_process.state() == QProcess::NotRunning)
         return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
     m_process.terminate();

@@ -8,17 +8,20 @@ namespace {
 std::atomic<MessageCapture*> current{nullptr};
 } // namespace
 
-MessageCapture::MessageCapture() {
+MessageCapture::MessageCapture()
+{
     current = this;
     m_previous = qInstallMessageHandler(&MessageCapture::handler);
 }
 
-MessageCapture::~MessageCapture() {
+MessageCapture::~MessageCapture()
+{
     qInstallMessageHandler(m_previous);
     current = nullptr;
 }
 
-void MessageCapture::handler(QtMsgType type, const QMessageLogContext&, const QString& text) {
+void MessageCapture::handler(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
     MessageCapture* capture = current;
     if (!capture)
         return;
@@ -26,7 +29,8 @@ void MessageCapture::handler(QtMsgType type, const QMessageLogContext&, const QS
     capture->m_messages.append({type, text});
 }
 
-QStringList MessageCapture::messages(QtMsgType type) const {
+QStringList MessageCapture::messages(QtMsgType type) const
+{
     const QMutexLocker locker(&m_mutex);
     QStringList texts;
     for (const auto& message : m_messages) {
@@ -36,11 +40,13 @@ QStringList MessageCapture::messages(QtMsgType type) const {
     return texts;
 }
 
-bool MessageCapture::contains(QtMsgType type, const QString& prefix) const {
+bool MessageCapture::contains(QtMsgType type, const QString& prefix) const
+{
     return count(type, prefix) > 0;
 }
 
-int MessageCapture::count(QtMsgType type, const QString& prefix) const {
+int MessageCapture::count(QtMsgType type, const QString& prefix) const
+{
     int found = 0;
     for (const QString& text : messages(type)) {
         if (text.startsWith(prefix))
@@ -49,7 +55,8 @@ int MessageCapture::count(QtMsgType type, const QString& prefix) const {
     return found;
 }
 
-void MessageCapture::clear() {
+void MessageCapture::clear()
+{
     const QMutexLocker locker(&m_mutex);
     m_messages.clear();
 }

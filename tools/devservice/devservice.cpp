@@ -20,32 +20,38 @@ namespace {
 
 const char faultHeader[] = "X-Tavero-Fault";
 
-QString q(const std::string& text) {
+QString q(const std::string& text)
+{
     return QString::fromStdString(text);
 }
 
-void sendJson(httplib::Response& response, int status, const QJsonObject& object) {
+void sendJson(httplib::Response& response, int status, const QJsonObject& object)
+{
     response.status = status;
     response.set_content(QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString(),
                          "application/json");
 }
 
-QJsonObject errorObject(const char* error, const char* message) {
+QJsonObject errorObject(const char* error, const char* message)
+{
     return {{"error", error}, {"message", message}};
 }
 
-bool isLoopback(const std::string& address) {
+bool isLoopback(const std::string& address)
+{
     return address.rfind("127.", 0) == 0 || address == "::1" ||
            address.rfind("::ffff:127.", 0) == 0;
 }
 
-std::string bearerToken(const httplib::Request& request) {
+std::string bearerToken(const httplib::Request& request)
+{
     const std::string header = request.get_header_value("Authorization");
     const std::string prefix = "Bearer ";
     return header.rfind(prefix, 0) == 0 ? header.substr(prefix.size()) : std::string();
 }
 
-std::vector<std::string> commaSeparated(const std::string& text) {
+std::vector<std::string> commaSeparated(const std::string& text)
+{
     std::vector<std::string> parts;
     std::stringstream stream(text);
     for (std::string part; std::getline(stream, part, ',');)
@@ -53,7 +59,8 @@ std::vector<std::string> commaSeparated(const std::string& text) {
     return parts;
 }
 
-int intParam(const httplib::Request& request, const char* name, int fallback) {
+int intParam(const httplib::Request& request, const char* name, int fallback)
+{
     if (!request.has_param(name))
         return fallback;
     try {
@@ -63,7 +70,8 @@ int intParam(const httplib::Request& request, const char* name, int fallback) {
     }
 }
 
-QJsonObject ok(QJsonObject object = {}) {
+QJsonObject ok(QJsonObject object = {})
+{
     object.insert("ok", true);
     return object;
 }
@@ -72,17 +80,21 @@ QJsonObject ok(QJsonObject object = {}) {
 
 DevService::DevService(DevServiceOptions options)
     : m_options(std::move(options))
-    , m_tokens(std::chrono::seconds(m_options.tokenLifetimeSeconds)) {}
+    , m_tokens(std::chrono::seconds(m_options.tokenLifetimeSeconds))
+{}
 
-DevService::~DevService() {
+DevService::~DevService()
+{
     stop();
 }
 
-std::string DevService::advertisedAddress() const {
+std::string DevService::advertisedAddress() const
+{
     return m_options.bindAddress == "0.0.0.0" ? "127.0.0.1" : m_options.bindAddress;
 }
 
-bool DevService::start(std::string& error) {
+bool DevService::start(std::string& error)
+{
     if (!m_options.vpnPool.empty()) {
         const auto pool = Ipv4Pool::parse(m_options.vpnPool);
         if (!pool) {
@@ -163,7 +175,8 @@ bool DevService::start(std::string& error) {
     return true;
 }
 
-std::string DevService::readyLine() const {
+std::string DevService::readyLine() const
+{
     const std::string host = advertisedAddress();
     const std::string api = "https://" + host + ":" + std::to_string(m_httpsPort);
     const QJsonObject ready{
@@ -178,7 +191,8 @@ std::string DevService::readyLine() const {
     return QJsonDocument(ready).toJson(QJsonDocument::Compact).toStdString();
 }
 
-void DevService::stop() {
+void DevService::stop()
+{
     {
         const std::lock_guard<std::mutex> lock(m_stopMutex);
         m_stopping = true;
@@ -194,7 +208,8 @@ void DevService::stop() {
     m_tunnels.stop();
 }
 
-void DevService::waitUnlessStopping(int milliseconds) {
+void DevService::waitUnlessStopping(int milliseconds)
+{
     std::unique_lock<std::mutex> lock(m_stopMutex);
     m_stopCondition.wait_for(lock, std::chrono::milliseconds(milliseconds),
                              [this] { return m_stopping; });
@@ -202,7 +217,8 @@ void DevService::waitUnlessStopping(int milliseconds) {
 
 httplib::Server::HandlerResponse DevService::beforeRouting(const Request& request,
                                                            Response& response,
-                                                           const std::string& journalPath) {
+                                                           const std::string& journalPath)
+{
     using Result = httplib::Server::HandlerResponse;
     if (request.path.rfind("/_control", 0) == 0) {
         if (isLoopback(request.remote_addr))
@@ -244,7 +260,8 @@ httplib::Server::HandlerResponse DevService::beforeRouting(const Request& reques
     return Result::Handled;
 }
 
-void DevService::afterRouting(const Request& request, const std::string& journalPath) {
+void DevService::afterRouting(const Request& request, const std::string& journalPath)
+{
     // Recorded once the handler has read the body, before the reply is written: a test that got
     // its answer always finds its request counted.
     if (request.path.rfind("/_control", 0) == 0)
@@ -254,7 +271,8 @@ void DevService::afterRouting(const Request& request, const std::string& journal
                       request.get_header_value("Content-Type"), request.body});
 }
 
-std::optional<std::string> DevService::authorise(const Request& request, Response& response) {
+std::optional<std::string> DevService::authorise(const Request& request, Response& response)
+{
     std::string email;
     switch (m_tokens.check(bearerToken(request), &email)) {
     case TokenStore::State::Valid:
@@ -269,7 +287,8 @@ std::optional<std::string> DevService::authorise(const Request& request, Respons
     return std::nullopt;
 }
 
-void DevService::installApi() {
+void DevService::installApi()
+{
     httplib::Server& server = *m_https;
     server.set_pre_routing_handler([this](const Request& request, Response& response) {
         return beforeRouting(request, response, request.path);
@@ -420,7 +439,8 @@ void DevService::installApi() {
     });
 }
 
-void DevService::installIpInformation() {
+void DevService::installIpInformation()
+{
     m_https->Get("/json", [this](const Request& request, Response& response) {
         bool isProtected = false;
         std::string ip = request.remote_addr;
@@ -446,7 +466,8 @@ void DevService::installIpInformation() {
     });
 }
 
-void DevService::installControl() {
+void DevService::installControl()
+{
     httplib::Server& server = *m_https;
     server.Post("/_control/tokens/expire", [this](const Request& request, Response& response) {
         m_tokens.expireAll(intParam(request, "revoke", 0) != 0);
@@ -557,7 +578,8 @@ void DevService::installControl() {
     });
 }
 
-void DevService::installProbe() {
+void DevService::installProbe()
+{
     m_probe.set_pre_routing_handler([this](const Request& request, Response& response) {
         return beforeRouting(request, response, "probe:" + request.path);
     });

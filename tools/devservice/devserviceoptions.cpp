@@ -11,7 +11,8 @@ namespace tavero::devservice {
 
 namespace {
 
-bool toNumber(const std::string& text, int lowest, int highest, int& value) {
+bool toNumber(const std::string& text, int lowest, int highest, int& value)
+{
     if (text.empty() || text.size() > 9 ||
         text.find_first_not_of("0123456789") != std::string::npos)
         return false;
@@ -19,7 +20,8 @@ bool toNumber(const std::string& text, int lowest, int highest, int& value) {
     return value >= lowest && value <= highest;
 }
 
-std::string defaultStateDir() {
+std::string defaultStateDir()
+{
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     const char* temp = std::getenv("TMPDIR");
     const std::string base = runtime && *runtime ? runtime : temp && *temp ? temp : "/tmp";
@@ -28,7 +30,8 @@ std::string defaultStateDir() {
 
 } // namespace
 
-std::string DevServiceOptions::usage() {
+std::string DevServiceOptions::usage()
+{
     return "usage: tavero-devservice [--data FILE] [--state-dir DIR] [--bind ADDR]\n"
            "                         [--https-port N] [--http-port N] [--tunnel-port N]\n"
            "                         [--vpn-pool CIDR] [--token-lifetime SECONDS] [--verbose]\n"
@@ -37,7 +40,8 @@ std::string DevServiceOptions::usage() {
 }
 
 std::optional<DevServiceOptions> DevServiceOptions::parse(int argc, char** argv, std::string& error,
-                                                          bool& help) {
+                                                          bool& help)
+{
     DevServiceOptions options;
     options.dataFile = std::string(TAVERO_DEVSERVICE_SOURCE_DIR) + "/seed.json";
     options.stateDir = defaultStateDir();

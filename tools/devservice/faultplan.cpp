@@ -2,7 +2,8 @@
 
 namespace tavero::devservice {
 
-std::optional<Fault::Kind> Fault::kindFromName(const std::string& name) {
+std::optional<Fault::Kind> Fault::kindFromName(const std::string& name)
+{
     static const std::map<std::string, Kind> kinds{
         {"status", Kind::Status}, {"body", Kind::Body},   {"garbage", Kind::Garbage},
         {"empty", Kind::Empty},   {"close", Kind::Close}, {"delay", Kind::Delay},
@@ -13,14 +14,16 @@ std::optional<Fault::Kind> Fault::kindFromName(const std::string& name) {
     return found->second;
 }
 
-void FaultPlan::add(const std::string& path, int count, const Fault& fault) {
+void FaultPlan::add(const std::string& path, int count, const Fault& fault)
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     auto& pending = m_pending[path];
     for (int i = 0; i < count; ++i)
         pending.push_back(fault);
 }
 
-std::optional<Fault> FaultPlan::take(const std::string& path) {
+std::optional<Fault> FaultPlan::take(const std::string& path)
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     const auto found = m_pending.find(path);
     if (found == m_pending.end() || found->second.empty())
@@ -30,7 +33,8 @@ std::optional<Fault> FaultPlan::take(const std::string& path) {
     return fault;
 }
 
-void FaultPlan::clear() {
+void FaultPlan::clear()
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_pending.clear();
 }

@@ -4,7 +4,8 @@
 
 namespace tavero::devservice {
 
-std::optional<std::uint32_t> Ipv4Pool::parseAddress(const std::string& address) {
+std::optional<std::uint32_t> Ipv4Pool::parseAddress(const std::string& address)
+{
     std::string text = address;
     const std::string mapped = "::ffff:";
     if (text.compare(0, mapped.size(), mapped) == 0)
@@ -15,7 +16,8 @@ std::optional<std::uint32_t> Ipv4Pool::parseAddress(const std::string& address) 
     return ntohl(parsed.s_addr);
 }
 
-std::optional<Ipv4Pool> Ipv4Pool::parse(const std::string& cidr) {
+std::optional<Ipv4Pool> Ipv4Pool::parse(const std::string& cidr)
+{
     const auto slash = cidr.find('/');
     if (slash == std::string::npos)
         return std::nullopt;
@@ -35,7 +37,8 @@ std::optional<Ipv4Pool> Ipv4Pool::parse(const std::string& cidr) {
     return pool;
 }
 
-bool Ipv4Pool::contains(const std::string& address) const {
+bool Ipv4Pool::contains(const std::string& address) const
+{
     if (m_empty)
         return false;
     const auto parsed = parseAddress(address);

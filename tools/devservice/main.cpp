@@ -8,7 +8,8 @@
 #include <cstdio>
 #include <pthread.h>
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv)
+{
     // SIGINT and SIGTERM are taken by sigwait below; every thread started from here inherits
     // the mask, so none of them is interrupted by the signal itself.
     sigset_t stopSignals;

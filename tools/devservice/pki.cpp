@@ -13,7 +13,8 @@ namespace {
 
 const char addressesFile[] = "pki-addresses.txt";
 
-std::string joined(const std::vector<std::string>& addresses) {
+std::string joined(const std::vector<std::string>& addresses)
+{
     std::string text;
     for (const std::string& address : addresses)
         text += address + "\n";
@@ -22,14 +23,16 @@ std::string joined(const std::vector<std::string>& addresses) {
 
 } // namespace
 
-const std::vector<std::string>& Pki::fileNames() {
+const std::vector<std::string>& Pki::fileNames()
+{
     static const std::vector<std::string> names{
         "ca.pem",         "ca.key",      "https.pem",   "https.key",   "vpn-server.pem",
         "vpn-server.key", "client1.pem", "client1.key", "client2.pem", "client2.key"};
     return names;
 }
 
-bool Pki::expiresSoon(const std::string& certificateFile) {
+bool Pki::expiresSoon(const std::string& certificateFile)
+{
     FILE* file = std::fopen(certificateFile.c_str(), "r");
     if (!file)
         return true;
@@ -44,7 +47,8 @@ bool Pki::expiresSoon(const std::string& certificateFile) {
 }
 
 bool Pki::ensure(const std::string& stateDir, const std::string& script,
-                 const std::vector<std::string>& extraAddresses, std::string& error) {
+                 const std::vector<std::string>& extraAddresses, std::string& error)
+{
     bool complete = true;
     for (const std::string& name : fileNames())
         complete = complete && QFile::exists(QString::fromStdString(stateDir + "/" + name));

@@ -2,7 +2,8 @@
 
 namespace tavero::devservice {
 
-void RequestJournal::record(Entry entry) {
+void RequestJournal::record(Entry entry)
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     ++m_counts[entry.path];
     m_entries.push_back(std::move(entry));
@@ -10,17 +11,20 @@ void RequestJournal::record(Entry entry) {
         m_entries.pop_front();
 }
 
-std::map<std::string, int> RequestJournal::counts() const {
+std::map<std::string, int> RequestJournal::counts() const
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_counts;
 }
 
-std::deque<RequestJournal::Entry> RequestJournal::entries() const {
+std::deque<RequestJournal::Entry> RequestJournal::entries() const
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_entries;
 }
 
-void RequestJournal::reset() {
+void RequestJournal::reset()
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_counts.clear();
     m_entries.clear();

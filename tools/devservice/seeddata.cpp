@@ -12,11 +12,13 @@ namespace tavero::devservice {
 
 namespace {
 
-std::string text(const QJsonObject& object, const char* key) {
+std::string text(const QJsonObject& object, const char* key)
+{
     return object.value(QLatin1String(key)).toString().toStdString();
 }
 
-bool readFile(const std::string& path, std::string& content) {
+bool readFile(const std::string& path, std::string& content)
+{
     QFile file(QString::fromStdString(path));
     if (!file.open(QIODevice::ReadOnly))
         return false;
@@ -26,7 +28,8 @@ bool readFile(const std::string& path, std::string& content) {
 
 } // namespace
 
-std::optional<SeedData> SeedData::load(const std::string& file, std::string& error) {
+std::optional<SeedData> SeedData::load(const std::string& file, std::string& error)
+{
     std::string content;
     if (!readFile(file, content)) {
         error = "cannot read the seed file " + file;
@@ -106,7 +109,8 @@ std::optional<SeedData> SeedData::load(const std::string& file, std::string& err
     return seed;
 }
 
-bool SeedData::loadCertificates(const std::string& stateDir, std::string& error) {
+bool SeedData::loadCertificates(const std::string& stateDir, std::string& error)
+{
     for (Account& account : accounts) {
         const std::pair<const std::string*, std::string*> files[] = {
             {&account.caFile, &account.ca},
@@ -124,7 +128,8 @@ bool SeedData::loadCertificates(const std::string& stateDir, std::string& error)
     return true;
 }
 
-const SeedData::Country* SeedData::country(int id) const {
+const SeedData::Country* SeedData::country(int id) const
+{
     for (const Country& country : countries) {
         if (country.id == id)
             return &country;
@@ -132,7 +137,8 @@ const SeedData::Country* SeedData::country(int id) const {
     return nullptr;
 }
 
-const SeedData::Server* SeedData::serverByHost(const std::string& host) const {
+const SeedData::Server* SeedData::serverByHost(const std::string& host) const
+{
     for (const Server& server : servers) {
         if (server.host == host)
             return &server;
@@ -140,7 +146,8 @@ const SeedData::Server* SeedData::serverByHost(const std::string& host) const {
     return nullptr;
 }
 
-const SeedData::Account* SeedData::account(const std::string& email) const {
+const SeedData::Account* SeedData::account(const std::string& email) const
+{
     for (const Account& account : accounts) {
         if (account.email == email)
             return &account;

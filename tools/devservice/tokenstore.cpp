@@ -7,9 +7,11 @@
 namespace tavero::devservice {
 
 TokenStore::TokenStore(std::chrono::seconds lifetime)
-    : m_lifetime(lifetime) {}
+    : m_lifetime(lifetime)
+{}
 
-std::string TokenStore::randomToken() {
+std::string TokenStore::randomToken()
+{
     std::array<unsigned char, 24> bytes{};
     if (RAND_bytes(bytes.data(), static_cast<int>(bytes.size())) != 1)
         throw std::runtime_error("no random bytes for a token");
@@ -22,14 +24,16 @@ std::string TokenStore::randomToken() {
     return token;
 }
 
-std::string TokenStore::issue(const std::string& email) {
+std::string TokenStore::issue(const std::string& email)
+{
     const std::string token = randomToken();
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_tokens[token] = Entry{email, Clock::now() + m_lifetime, false};
     return token;
 }
 
-TokenStore::State TokenStore::check(const std::string& token, std::string* email) const {
+TokenStore::State TokenStore::check(const std::string& token, std::string* email) const
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     const auto found = m_tokens.find(token);
     if (found == m_tokens.end())
@@ -39,7 +43,8 @@ TokenStore::State TokenStore::check(const std::string& token, std::string* email
     return Clock::now() >= found->second.expiresAt ? State::Expired : State::Valid;
 }
 
-std::optional<std::string> TokenStore::refresh(const std::string& token) {
+std::optional<std::string> TokenStore::refresh(const std::string& token)
+{
     const std::string renewed = randomToken();
     const std::lock_guard<std::mutex> lock(m_mutex);
     const auto found = m_tokens.find(token);
@@ -51,7 +56,8 @@ std::optional<std::string> TokenStore::refresh(const std::string& token) {
     return renewed;
 }
 
-void TokenStore::expireAll(bool revoke) {
+void TokenStore::expireAll(bool revoke)
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     const auto now = Clock::now();
     for (auto& [token, entry] : m_tokens) {
@@ -60,12 +66,14 @@ void TokenStore::expireAll(bool revoke) {
     }
 }
 
-void TokenStore::setLifetime(std::chrono::seconds lifetime) {
+void TokenStore::setLifetime(std::chrono::seconds lifetime)
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_lifetime = lifetime;
 }
 
-std::chrono::seconds TokenStore::lifetime() const {
+std::chrono::seconds TokenStore::lifetime() const
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_lifetime;
 }

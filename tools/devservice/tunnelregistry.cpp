@@ -17,24 +17,28 @@ namespace {
 
 constexpr std::size_t maxHelloLength = 512;
 
-void closeFd(int& fd) {
+void closeFd(int& fd)
+{
     if (fd >= 0)
         ::close(fd);
     fd = -1;
 }
 
-void sendText(int fd, const char* text) {
+void sendText(int fd, const char* text)
+{
     // A stand-in that vanished mid-reply is simply dropped; no SIGPIPE.
     (void)::send(fd, text, std::strlen(text), MSG_NOSIGNAL);
 }
 
 } // namespace
 
-TunnelRegistry::~TunnelRegistry() {
+TunnelRegistry::~TunnelRegistry()
+{
     stop();
 }
 
-bool TunnelRegistry::start(const std::string& address, int port, std::string& error) {
+bool TunnelRegistry::start(const std::string& address, int port, std::string& error)
+{
     sockaddr_in bindAddress{};
     bindAddress.sin_family = AF_INET;
     bindAddress.sin_port = htons(static_cast<uint16_t>(port));
@@ -68,7 +72,8 @@ bool TunnelRegistry::start(const std::string& address, int port, std::string& er
     return true;
 }
 
-void TunnelRegistry::stop() {
+void TunnelRegistry::stop()
+{
     if (!m_thread.joinable())
         return;
     m_stopping = true;
@@ -79,7 +84,8 @@ void TunnelRegistry::stop() {
     closeFd(m_wakeWrite);
 }
 
-std::vector<TunnelRegistry::Tunnel> TunnelRegistry::open() const {
+std::vector<TunnelRegistry::Tunnel> TunnelRegistry::open() const
+{
     const std::lock_guard<std::mutex> lock(m_mutex);
     std::vector<Tunnel> tunnels;
     if (m_dropRequested)
@@ -91,7 +97,8 @@ std::vector<TunnelRegistry::Tunnel> TunnelRegistry::open() const {
     return tunnels;
 }
 
-void TunnelRegistry::dropAll() {
+void TunnelRegistry::dropAll()
+{
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_dropRequested = true;
@@ -99,12 +106,14 @@ void TunnelRegistry::dropAll() {
     wake();
 }
 
-void TunnelRegistry::wake() {
+void TunnelRegistry::wake()
+{
     if (m_wakeWrite >= 0)
         (void)::write(m_wakeWrite, "x", 1);
 }
 
-void TunnelRegistry::handleReadable(Connection& connection, bool& keep) {
+void TunnelRegistry::handleReadable(Connection& connection, bool& keep)
+{
     char chunk[256];
     const ssize_t received = ::recv(connection.fd, chunk, sizeof chunk, 0);
     if (received <= 0) {
@@ -135,7 +144,8 @@ void TunnelRegistry::handleReadable(Connection& connection, bool& keep) {
     connection.tunnel = Tunnel{host, protocol};
 }
 
-void TunnelRegistry::run() {
+void TunnelRegistry::run()
+{
     while (!m_stopping) {
         std::vector<pollfd> fds{{m_listener, POLLIN, 0}, {m_wakeRead, POLLIN, 0}};
         {
