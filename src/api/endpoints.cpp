@@ -1,20 +1,21 @@
 #include "api/endpoints.h"
 
 #include <QDebug>
+#include <QStringList>
 #include <QUrl>
 
 namespace tavero {
 
 namespace {
 
-QString overridden(const char* variable, const QString& fallback, const QString& scheme)
+QString overridden(const char* variable, const QString& fallback, const QStringList& schemes)
 {
     const QString value = qEnvironmentVariable(variable).trimmed();
     if (value.isEmpty())
         return fallback;
     const QUrl url(value, QUrl::StrictMode);
-    if (!url.isValid() || url.host().isEmpty() || url.scheme() != scheme) {
-        qWarning().noquote() << variable << "is not a valid" << scheme
+    if (!url.isValid() || url.host().isEmpty() || !schemes.contains(url.scheme())) {
+        qWarning().noquote() << variable << "is not a valid" << schemes.join(QLatin1Char('/'))
                              << "address, ignored:" << value;
         return fallback;
     }
@@ -41,11 +42,12 @@ Endpoints Endpoints::fromEnvironment()
 {
     const Endpoints fallback = defaults();
     Endpoints endpoints;
-    endpoints.apiBaseUrl = withoutTrailingSlashes(
-        overridden("TAVERO_API_URL", fallback.apiBaseUrl, QStringLiteral("https")));
-    endpoints.ipInfoUrl =
-        overridden("TAVERO_IPINFO_URL", fallback.ipInfoUrl, QStringLiteral("https"));
-    endpoints.probeUrl = overridden("TAVERO_PROBE_URL", fallback.probeUrl, QStringLiteral("http"));
+    const QStringList secure{QStringLiteral("https")};
+    endpoints.apiBaseUrl =
+        withoutTrailingSlashes(overridden("TAVERO_API_URL", fallback.apiBaseUrl, secure));
+    endpoints.ipInfoUrl = overridden("TAVERO_IPINFO_URL", fallback.ipInfoUrl, secure);
+    endpoints.probeUrl = overridden("TAVERO_PROBE_URL", fallback.probeUrl,
+                                    {QStringLiteral("http"), QStringLiteral("https")});
     endpoints.caFile = qEnvironmentVariable("TAVERO_CA_FILE").trimmed();
     return endpoints;
 }

@@ -8,10 +8,10 @@ namespace tavero {
 // hosts; development, demos and tests replace them through the environment:
 //   TAVERO_API_URL     API base address (https, no trailing slash needed)
 //   TAVERO_IPINFO_URL  IP-information address, path "/json" (https)
-//   TAVERO_PROBE_URL   plain-HTTP reachability probe
+//   TAVERO_PROBE_URL   reachability probe (http or https)
 //   TAVERO_CA_FILE     PEM bundle trusted in addition to the system's CAs
-// An override that is not a valid address of the required scheme is ignored with a warning, so a
-// typo can never move the client to plain HTTP.
+// An override that is not a valid address of the allowed scheme is ignored with a warning, so a
+// typo can never move the API or the IP check to plain HTTP.
 struct Endpoints {
     QString apiBaseUrl;
     QString ipInfoUrl;
