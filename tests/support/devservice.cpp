@@ -66,7 +66,8 @@ DevService::DevService(const QStringList& extraArguments)
                                          m_stateDir.path() + QStringLiteral("/state"),
                                          QStringLiteral("--https-port"), QStringLiteral("0"),
                                          QStringLiteral("--http-port"), QStringLiteral("0"),
-                                         QStringLiteral("--tunnel-port"), QStringLiteral("0")} +
+                                         QStringLiteral("--tunnel-port"), QStringLiteral("0"),
+                                         QStringLiteral("--exit-with-parent")} +
                                  extraArguments);
     const QDeadlineTimer deadline(startLimitMs);
     while (!m_process.canReadLine() && m_process.state() != QProcess::NotRunning &&
@@ -107,7 +108,6 @@ DevService::DevService(const QStringList& extraArguments)
 
 DevService::~DevService()
 {
-    m_network.reset();
     stop();
 }
 
@@ -313,6 +313,7 @@ bool DevService::reset()
 
 bool DevService::stop()
 {
+    m_network.reset(); // its kept-alive connection would hold up the service's shutdown
     if (m_process.state() == QProcess::NotRunning)
         return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
     m_process.terminate();

@@ -132,6 +132,8 @@ bool DevService::start(std::string& error)
     for (httplib::Server* server : {static_cast<httplib::Server*>(m_https.get()), &m_probe}) {
         // Small replies must not wait for a delayed ACK.
         server->set_tcp_nodelay(true);
+        // An idle kept-alive connection holds a worker until this runs out, also at shutdown.
+        server->set_keep_alive_timeout(1);
         server->new_task_queue = [] { return new httplib::ThreadPool(24); };
         server->set_error_handler([](const Request&, Response& response) {
             if (!response.body.empty() || response.has_header(faultHeader))

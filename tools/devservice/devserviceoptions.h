@@ -8,7 +8,7 @@ namespace tavero::devservice {
 // The command line:
 //   tavero-devservice [--data FILE] [--state-dir DIR] [--bind ADDR] [--https-port N]
 //                     [--http-port N] [--tunnel-port N] [--vpn-pool CIDR]
-//                     [--token-lifetime SECONDS] [--verbose]
+//                     [--token-lifetime SECONDS] [--verbose] [--exit-with-parent]
 // Port 0 picks a free port.
 struct DevServiceOptions {
     std::string dataFile;
@@ -20,6 +20,7 @@ struct DevServiceOptions {
     std::string vpnPool;
     int tokenLifetimeSeconds = 3600;
     bool verbose = false;
+    bool exitWithParent = false; // stop when the starting process dies (test fixtures)
 
     static std::string usage();
     // nullopt with `error` set on an unknown option or a bad value; `help` set for --help.

@@ -7,6 +7,8 @@
 #include <csignal>
 #include <cstdio>
 #include <pthread.h>
+#include <sys/prctl.h>
+#include <unistd.h>
 
 int main(int argc, char** argv)
 {
@@ -33,6 +35,10 @@ int main(int argc, char** argv)
                      tavero::devservice::DevServiceOptions::usage().c_str());
         return 2;
     }
+
+    // A test that crashes must not leave its service behind: its death is our SIGTERM.
+    if (options->exitWithParent && (prctl(PR_SET_PDEATHSIG, SIGTERM) != 0 || getppid() == 1))
+        return 1;
 
     tavero::devservice::DevService service(*options);
     if (!service.start(error)) {
