@@ -333,6 +333,28 @@ private slots:
         QCOMPARE(logout.count(), 1);
     }
 
+    void tokenRenewedMeanwhileIsUsedWithoutRenewingAgain()
+    {
+        auto api = makeApi();
+        QVERIFY(logIn(*api));
+        QSignalSpy logout(&api->logoutBroadcaster(), &LogoutBroadcaster::needLogout);
+        QVERIFY(m_service->expireTokens());
+        // The list's reply says "expired" late; meanwhile a nested exchange renews the token.
+        QVERIFY(m_service->failNext("/hotspots", 1, DevService::Failure::Body, 401,
+                                    R"({"error": "token_expired"})", 800));
+        AccountInfoGettingResult nested;
+        QTimer::singleShot(100, [&] { nested = api->receiveAccountInfo(); });
+        const ServerListGettingResult list = api->receiveServerList();
+        QCOMPARE(nested.status, 0);
+        QCOMPARE(list.status, 0);
+        QCOMPARE(serverCount(list), 96);
+        QCOMPARE(m_service->requestCount("/refresh"), 1);
+        QCOMPARE(m_service->requestCount("/hotspots"), 2);
+        QCOMPARE(logout.count(), 0);
+        const QList<QJsonObject> lists = requestsTo("/hotspots");
+        QVERIFY(lists.at(0).value("authorization") != lists.at(1).value("authorization"));
+    }
+
     void expiredReplyWithoutTokenIsNotRenewed()
     {
         auto api = makeApi();
@@ -685,6 +707,25 @@ private slots:
 
         QCOMPARE(api->receiveFlagPicture("../de", FlagPictureSize::Small), QByteArray());
         QCOMPARE(m_service->requestCount("/flags/60x45/de.png"), 1);
+    }
+
+    void reentryDuringAFlagDownload()
+    {
+        auto api = makeApi();
+        QVERIFY(m_service->delayNext("/flags/60x45/de.png", 1, 800));
+        QByteArray nestedOther;
+        QByteArray nestedSame;
+        QTimer::singleShot(100, [&] {
+            // Same thread, while the outer download holds the cache's write lock.
+            nestedOther = api->receiveFlagPicture("nl", FlagPictureSize::Small);
+            nestedSame = api->receiveFlagPicture("de", FlagPictureSize::Small);
+        });
+        const QByteArray outer = api->receiveFlagPicture("de", FlagPictureSize::Small);
+        QCOMPARE(QImage::fromData(outer).size(), QSize(60, 45));
+        QCOMPARE(QImage::fromData(nestedOther).size(), QSize(60, 45));
+        QCOMPARE(nestedSame, outer);
+        QCOMPARE(api->receiveFlagPicture("nl", FlagPictureSize::Small), nestedOther);
+        QCOMPARE(m_service->requestCount("/flags/60x45/nl.png"), 1);
     }
 
     void flagPicturesFromSeveralThreads()

@@ -47,6 +47,7 @@ public:
         Close,   // the connection closes before the body
         Delay,   // the normal reply after `delayMs`
     };
+    // `delayMs` also delays the other kinds.
 
     explicit DevService(const QStringList& extraArguments = {});
     DevService(const DevService&) = delete;

@@ -232,9 +232,10 @@ httplib::Server::HandlerResponse DevService::beforeRouting(const Request& reques
     if (!fault)
         return Result::Unhandled;
     response.set_header(faultHeader, "1");
+    if (fault->delayMs > 0) // every kind of fault can come late
+        waitUnlessStopping(fault->delayMs);
     switch (fault->kind) {
     case Fault::Kind::Delay:
-        waitUnlessStopping(fault->delayMs);
         return Result::Unhandled;
     case Fault::Kind::Status:
         sendJson(response, fault->status, errorObject("injected_failure", "Injected failure"));
