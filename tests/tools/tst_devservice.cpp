@@ -1,13 +1,18 @@
 // The development service's own promises that other tests build on: the address pool, the
-// stand-in tunnel protocol, token rotation and the ready line.
+// stand-in tunnel protocol, token rotation, the ready line and certificates real OpenVPN accepts.
 
 #include "api/serverapi.h"
 #include "support/devservice.h"
 #include "support/messagecapture.h"
 #include "support/testmain.h"
 
+#include <QDeadlineTimer>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QUdpSocket>
 
 using tavero::ServerApi;
 using tavero::test::DevService;
@@ -121,6 +126,70 @@ private slots:
         DevService broken({"--vpn-pool", "10.8.0.0/33"});
         QVERIFY(!broken.isRunning());
         QVERIFY(broken.errorText().contains("exit code 1"));
+    }
+
+    void realOpenVpnAcceptsTheServedCertificates()
+    {
+        const QString openvpn = QStandardPaths::findExecutable("openvpn", {"/usr/sbin", "/sbin"});
+        if (openvpn.isEmpty())
+            QSKIP("openvpn is not installed");
+        ServerApi api(m_service->endpoints());
+        QCOMPARE(
+            api.loginByEmail(m_service->account(1).email, m_service->account(1).password).status,
+            0);
+        const AccountInfoGettingResult account = api.receiveAccountInfo();
+        QVERIFY(account.hasVPNData());
+        QTemporaryDir dir;
+        const auto write = [&](const char* name, const QString& text) {
+            QFile file(dir.filePath(name));
+            return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) == text.size();
+        };
+        QVERIFY(write("ca.pem", account.caCertificate));
+        QVERIFY(write("client.pem", account.publicKey));
+        QVERIFY(write("client.key", account.privateKey));
+
+        QUdpSocket free; // a UDP port for the server, on loopback only
+        QVERIFY(free.bind(QHostAddress(QHostAddress::LocalHost), 0));
+        const QString port = QString::number(free.localPort());
+        free.close();
+        // No tunnel device (--dev null): only the TLS handshake with the service's server
+        // certificate is exercised, nothing touches the host's interfaces.
+        const QString state = m_service->stateDir();
+        QProcess server;
+        server.setProcessChannelMode(QProcess::MergedChannels);
+        server.start(openvpn,
+                     {"--dev", "null", "--tls-server", "--dh", "none", "--ca", state + "/ca.pem",
+                      "--cert", state + "/vpn-server.pem", "--key", state + "/vpn-server.key",
+                      "--proto", "udp4", "--local", "127.0.0.1", "--lport", port, "--verb", "3"});
+        QVERIFY(server.waitForStarted(5000));
+        QProcess client;
+        client.setProcessChannelMode(QProcess::MergedChannels);
+        client.start(openvpn, {"--dev", "null", "--tls-client", "--ca", dir.filePath("ca.pem"),
+                               "--cert", dir.filePath("client.pem"), "--key",
+                               dir.filePath("client.key"), "--remote", "127.0.0.1", port, "--proto",
+                               "udp4", "--nobind", "--remote-cert-tls", "server", "--verb", "3"});
+        QVERIFY(client.waitForStarted(5000));
+        QByteArray clientLog;
+        QByteArray serverLog;
+        const QDeadlineTimer deadline(20000);
+        while (!deadline.hasExpired() && !(clientLog.contains("Peer Connection Initiated") &&
+                                           serverLog.contains("Peer Connection Initiated"))) {
+            QTest::qWait(100); // lets both processes' output arrive
+            clientLog += client.readAll();
+            serverLog += server.readAll();
+        }
+        client.terminate();
+        server.terminate();
+        client.waitForFinished(5000);
+        server.waitForFinished(5000);
+        clientLog += client.readAll();
+        serverLog += server.readAll();
+        QVERIFY2(
+            clientLog.contains("VERIFY OK: depth=0, O=Tavero Development, CN=tavero-vpn-server"),
+            clientLog.constData());
+        QVERIFY2(serverLog.contains("VERIFY OK: depth=0, O=Tavero Development, CN=client2"),
+                 serverLog.constData());
+        QVERIFY(clientLog.contains("Peer Connection Initiated"));
     }
 
     void cleanupTestCase() { QVERIFY(m_service->stop()); }
