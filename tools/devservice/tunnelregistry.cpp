@@ -108,8 +108,9 @@ void TunnelRegistry::dropAll()
 
 void TunnelRegistry::wake()
 {
-    if (m_wakeWrite >= 0)
-        (void)::write(m_wakeWrite, "x", 1);
+    // A full pipe already holds a wake-up, so a failed write loses nothing.
+    if (m_wakeWrite >= 0 && ::write(m_wakeWrite, "x", 1) < 0)
+        return;
 }
 
 void TunnelRegistry::handleReadable(Connection& connection, bool& keep)
