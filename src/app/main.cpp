@@ -1,5 +1,6 @@
 #include "app/application.h"
 #include "app/messagehandler.h"
+#include "app/programassembly.h"
 #include "platform/nativeplatform.h"
 
 int main(int argc, char* argv[])
@@ -17,7 +18,9 @@ int main(int argc, char* argv[])
     }
 
     Application app(argc, argv);
-    Q_UNUSED(isAdministrator) // handed to the programme assembly once it exists
+    tavero::ProgramAssembly assembly;
+    if (!assembly.assemble(isAdministrator))
+        return 0;
 
     return app.exec();
 }
