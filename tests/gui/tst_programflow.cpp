@@ -1,0 +1,283 @@
+#include "api/iserverapi.h"
+#include "api/serverapi.h"
+#include "app/programassembly.h"
+#include "app/settings.h"
+#include "gui/pages/loginwidget.h"
+#include "gui/pages/newversiondialog.h"
+#include "gui/pages/serverselectionwidget.h"
+#include "gui/pages/settingsdialog.h"
+#include "gui/pages/statuswidget.h"
+#include "gui/pages/waitingplate.h"
+#include "gui/shell/controllerinjector.h"
+#include "gui/shell/mainwindow.h"
+#include "gui/shell/viewmanager.h"
+#include "manager/vpnmanager.h"
+#include "platform/platformoverrides.h"
+#include "support/devservice.h"
+#include "support/messageboxdriver.h"
+#include "support/testmain.h"
+#include "support/testplatform.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTimer>
+
+using tavero::ConnectionChain;
+using tavero::PlatformOverrides;
+using tavero::ProgramAssembly;
+using tavero::ServerApi;
+using tavero::test::DevService;
+using tavero::test::MessageBoxDriver;
+using tavero::test::TestPlatform;
+
+namespace {
+
+// Declines the update dialog whenever it is the active modal window.
+class UpdateDecliner : public QObject {
+public:
+    UpdateDecliner()
+    {
+        connect(&m_timer, &QTimer::timeout, this, [this] {
+            if (auto* dialog = qobject_cast<NewVersionDialog*>(QApplication::activeModalWidget())) {
+                ++m_declined;
+                dialog->reject();
+            }
+        });
+        m_timer.start(20);
+    }
+    int declined() const { return m_declined; }
+
+private:
+    QTimer m_timer;
+    int m_declined = 0;
+};
+
+QString english(const char* context, const char* key)
+{
+    return QCoreApplication::translate(context, key);
+}
+
+} // namespace
+
+// The whole client, assembled as main assembles it, against the development service and the
+// OpenVPN stand-in; only the machine's network switch and the dial-up protocols are scripted.
+class TestProgramFlow : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_programDir;
+    QTemporaryDir m_markerDir;
+    std::unique_ptr<DevService> m_service;
+    int m_launch = 0;
+
+    ProgramAssembly::Options options()
+    {
+        ProgramAssembly::Options options;
+        options.platform = std::make_unique<TestPlatform>();
+        options.chainOptions.openVpnDirectory = m_programDir.path();
+        options.launchName =
+            QString("tavero-flow-%1-%2").arg(QCoreApplication::applicationPid()).arg(++m_launch);
+        options.markerDirectory = m_markerDir.path();
+        return options;
+    }
+
+    QString signIn()
+    {
+        ServerApi api(m_service->endpoints());
+        return api.loginByEmail(m_service->account(0).email, m_service->account(0).password).token;
+    }
+
+    static QString trayEntry(MainWindow* window)
+    {
+        QMenu* menu = window->trayIcon().contextMenu();
+        emit menu->aboutToShow();
+        return menu->actions().at(0)->text();
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(QFile::link(qEnvironmentVariable("TAVERO_FAKE_OPENVPN"),
+                            m_programDir.path() + "/openvpn"));
+        qApp->setProperty("APPLICATION_VERSION_INT", 12310);
+        qApp->setProperty("AppBuildDate", "2021-01-20");
+        PlatformOverrides::setAdministrator(true);
+        PlatformOverrides::setRdpListening(false);
+    }
+
+    void init()
+    {
+        m_service = std::make_unique<DevService>();
+        QVERIFY2(m_service->isRunning(), qPrintable(m_service->errorText()));
+        m_service->exportEnvironment();
+        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "success");
+        qputenv(
+            "TAVERO_FAKE_OPENVPN_TUNNEL",
+            QString("%1:%2").arg(m_service->tunnelHost()).arg(m_service->tunnelPort()).toUtf8());
+        ServerApi::resetSharedCaches();
+        ServerApi::setIsOpenVpnAllowed(true);
+        ServerApi::setIsKillswitchAllowed(true);
+        QSettings("TAVERO", "TAVERO").clear();
+        QFile::remove(m_markerDir.filePath("fr.txt"));
+    }
+
+    void cleanup() { m_service.reset(); }
+
+    void pageFlowFromSplashToExit()
+    {
+        UpdateDecliner decliner;
+        ProgramAssembly assembly(options());
+        QVERIFY(assembly.assemble(true));
+        // An administrator's start checks for updates; the service offers a newer version.
+        QCOMPARE(decliner.declined(), 1);
+
+        ViewManager* views = assembly.viewManager();
+        MainWindow* window = views->window();
+        tavero::VpnManager& manager = *assembly.vpnManager();
+        QCOMPARE(views->currentWidget(), views->loginPage());
+        QVERIFY(window->isVisible());
+        QVERIFY(window->isPreloadFinished());
+        QCOMPARE(window->minimumSize(), QSize(360, 550));
+        QVERIFY(!window->connectActionVisibility());
+        QCOMPARE(window->windowTitle(), QString("TAVERO"));
+
+        views->loginPage()
+            ->findChild<QLineEdit*>("lineEditEmail")
+            ->setText(m_service->account(0).email);
+        views->loginPage()
+            ->findChild<QLineEdit*>("lineEditPassword")
+            ->setText(m_service->account(0).password);
+        QTest::mouseClick(views->loginPage()->findChild<QPushButton*>("pushButtonEnter"),
+                          Qt::LeftButton);
+        QCOMPARE(views->currentWidget(), views->statusPage());
+        // The first status page shows the last connected country with the disconnected state.
+        QVERIFY(!manager.getLastConnectedCountryName().isEmpty());
+        QCOMPARE(window->windowTitle(),
+                 QString("TAVERO (%1) - Disconnected").arg(manager.getLastConnectedCountryName()));
+        QVERIFY(window->connectActionVisibility());
+        QVERIFY(window->allowCloseProgrammOnCross());
+
+        QTest::mouseClick(views->statusPage()->findChild<QPushButton*>("pushButtonChangeServer"),
+                          Qt::LeftButton);
+        QCOMPARE(views->currentWidget(), views->serverPage());
+        QCOMPARE(window->minimumSize(), QSize(360, 0));
+        QVERIFY(!window->connectActionVisibility()); // not connected
+        QVERIFY(!window->allowCloseProgrammOnCross());
+        emit window->closeButtonClicked();
+        QCOMPARE(views->currentWidget(), views->statusPage());
+        QCOMPARE(window->minimumSize(), QSize(360, 550));
+
+        // Choosing a country on the server page returns to the status page, unconnected.
+        views->goToServerSelection();
+        views->serverPage()->selectCountry("de");
+        QCOMPARE(views->currentWidget(), views->statusPage());
+        QCOMPARE(manager.connection().mode(), ConnectionChain::Disconnected);
+
+        // Connect from the tray.
+        emit window->connectFromContextMenuClicked();
+        QCOMPARE(manager.connection().mode(), ConnectionChain::Connected);
+        QVERIFY(window->waitingPlate()->isHidden());
+        QCOMPARE(m_service->openTunnels().size(), 1);
+        QCOMPARE(window->windowTitle(), QString("TAVERO (Germany) - Connected"));
+        QCOMPARE(trayEntry(window), QString("Disconnect"));
+
+        // On the server page while connected the tray entry stays.
+        views->goToServerSelection();
+        QVERIFY(window->connectActionVisibility());
+        emit window->closeButtonClicked();
+        QCOMPARE(manager.connection().mode(), ConnectionChain::Connected);
+
+        emit views->settingsDialog()->onLanguageApplySignal(QLocale::German);
+        const QString germanDisconnect = english("MainWindow", "action.disconnect");
+        QVERIFY(germanDisconnect != "Disconnect");
+        QCOMPARE(trayEntry(window), germanDisconnect);
+        QCOMPARE(tavero::Settings().getSelectedLanguage(), QString("ger"));
+
+        // A revoked token: the next authorised request gives up and the login page returns.
+        QVERIFY(m_service->expireTokens(true));
+        ServerApi::resetSharedCaches();
+        manager.getAPIService().receiveServerList();
+        QTRY_COMPARE(views->currentWidget(), views->loginPage());
+
+        MessageBoxDriver driver;
+        driver.clickOnNextBox(english("QObject", "action.cancel"));
+        window->close();
+        QCOMPARE(driver.seen().size(), 1);
+        QCOMPARE(driver.seen().at(0).text,
+                 english("QObject", "warning.vpn_is_connected_confirm_exit"));
+        QVERIFY(!manager.isProgrammTermination());
+        driver.clickOnNextBox("OK");
+        window->close();
+        QCOMPARE(driver.seen().size(), 2);
+        QVERIFY(manager.isProgrammTermination());
+        QCOMPARE(manager.connection().mode(), ConnectionChain::Disconnected);
+        QTRY_VERIFY(m_service->openTunnels().isEmpty());
+    }
+
+    void startWithStoredLogin_data()
+    {
+        QTest::addColumn<bool>("firstRunMarker");
+        QTest::addColumn<bool>("autoConnection");
+        QTest::addColumn<bool>("connected");
+        QTest::newRow("automatic connection") << false << true << true;
+        QTest::newRow("first run: no automatic connection") << true << true << false;
+        QTest::newRow("automatic connection off") << false << false << false;
+    }
+    void startWithStoredLogin()
+    {
+        QFETCH(bool, firstRunMarker);
+        QFETCH(bool, autoConnection);
+        QFETCH(bool, connected);
+        {
+            tavero::Settings settings;
+            settings.setToken(signIn());
+            settings.setAutoConnection(autoConnection);
+        }
+        QVERIFY(!tavero::Settings().token().isEmpty());
+        const QString marker = m_markerDir.filePath("fr.txt");
+        if (firstRunMarker) {
+            QFile file(marker);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+
+        MessageBoxDriver driver;
+        driver.clickOnNextBox("OK");
+        ProgramAssembly assembly(options());
+        QVERIFY(assembly.assemble(false));
+        ViewManager* views = assembly.viewManager();
+        QCOMPARE(views->currentWidget(), views->statusPage());
+        QCOMPARE(assembly.vpnManager()->connection().mode() == ConnectionChain::Connected,
+                 connected);
+        QCOMPARE(assembly.vpnManager()->settings().isFirstRun(), firstRunMarker);
+        QVERIFY(!QFile::exists(marker));
+        QVERIFY(views->window()->waitingPlate()->isHidden());
+
+        // Without administrator rights: the first page, then the warning; OpenVPN and the kill
+        // switch are off for the rest of the run.
+        QCOMPARE(driver.seen().size(), 1);
+        QCOMPARE(driver.seen().at(0).icon, QMessageBox::Warning);
+        QCOMPARE(driver.seen().at(0).title, QString("TAVERO"));
+        QVERIFY(driver.seen().at(0).text.contains("administrator rights"));
+        QVERIFY(!ServerApi::isOpenVpnAllowed());
+        QVERIFY(!ServerApi::isKillswitchAllowed());
+    }
+
+    void markerIsConsumedOnce()
+    {
+        QFile(m_markerDir.filePath("fr.txt")).open(QIODevice::WriteOnly);
+        for (const bool expected : {true, false}) {
+            MessageBoxDriver driver;
+            driver.clickOnNextBox("OK");
+            ProgramAssembly assembly(options());
+            QVERIFY(assembly.assemble(false));
+            QCOMPARE(assembly.vpnManager()->settings().isFirstRun(), expected);
+            QCOMPARE(assembly.viewManager()->currentWidget(), assembly.viewManager()->loginPage());
+        }
+    }
+};
+
+TAVERO_TEST_GUI_MAIN(TestProgramFlow)
+#include "tst_programflow.moc"
