@@ -12,7 +12,6 @@
 #include "platform/platforminjector.h"
 
 #include <QObject>
-
 #include <memory>
 
 class IServerApi;
@@ -28,7 +27,9 @@ class IPlatform;
 class VpnManager : public QObject {
     Q_OBJECT
 public:
-    explicit VpnManager(IServerApi& api, ConnectionChain::Options chainOptions = {});
+    // `platform` replaces the native platform layer when given (tests hand in a scripted one).
+    explicit VpnManager(IServerApi& api, std::unique_ptr<IPlatform> platform = {},
+                        ConnectionChain::Options chainOptions = {});
     ~VpnManager() override;
     Q_DISABLE_COPY_MOVE(VpnManager)
 
