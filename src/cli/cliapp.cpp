@@ -141,7 +141,11 @@ int CliApp::prepareManager() {
         m_lock.reset();
         return code;
     }
-    m_manager = m_makeManager();
+    m_manager = m_makeManager ? m_makeManager() : nullptr;
+    if (!m_manager) {
+        m_output.error(QStringLiteral("cannot set up the VPN manager"), Failure);
+        return Failure;
+    }
     return Success;
 }
 

@@ -4,6 +4,7 @@
 #include "api/logoutbroadcaster.h"
 #include "platform/nativeplatform.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 
 namespace tavero {
