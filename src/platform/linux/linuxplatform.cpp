@@ -1,18 +1,30 @@
 #include "platform/linux/linuxplatform.h"
 
+#include "platform/guardedcall.h"
+#include "platform/linux/autostartentry.h"
+#include "platform/linux/interfacebackend.h"
+#include "platform/linux/networkmanagerbackend.h"
 #include "platform/platformoverrides.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QList>
 #include <QStandardPaths>
-
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
+#include <ifaddrs.h>
+#include <memory>
+#include <net/if.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -26,8 +38,7 @@ constexpr char readyMarker[] = "TAVERO_ELEVATED_READY\n";
 constexpr int elevationAnswerLimitMs = 180000;
 constexpr int capNetAdmin = 12;
 
-bool hasNetAdminCapability()
-{
+bool hasNetAdminCapability() {
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly))
         return false;
@@ -42,8 +53,7 @@ bool hasNetAdminCapability()
     return false;
 }
 
-QByteArray ownExecutable()
-{
+QByteArray ownExecutable() {
     char buffer[4096];
     const ssize_t length = ::readlink("/proc/self/exe", buffer, sizeof buffer - 1);
     return length > 0 ? QByteArray(buffer, int(length)) : QByteArray();
@@ -52,11 +62,10 @@ QByteArray ownExecutable()
 // Variables the elevated copy must keep: the display, the user's configuration place (so the
 // settings stay the user's, as an elevated program keeps its user's settings on Windows) and our
 // own endpoint overrides.
-QList<QByteArray> keptEnvironment()
-{
+QList<QByteArray> keptEnvironment() {
     QList<QByteArray> kept;
-    for (const char* name :
-         {"DISPLAY", "XAUTHORITY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "HOME", "XDG_CONFIG_HOME"}) {
+    for (const char* name : {"DISPLAY", "XAUTHORITY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "HOME",
+                             "XDG_CONFIG_HOME"}) {
         if (qEnvironmentVariableIsSet(name))
             kept << QByteArray(name) + '=' + qgetenv(name);
     }
@@ -71,8 +80,7 @@ QList<QByteArray> keptEnvironment()
 
 // Waits for the elevated copy's marker on the pipe; false when pkexec ends first (declined or
 // failed) or the user does not answer in time.
-bool waitForElevatedCopy(pid_t child, int readEnd)
-{
+bool waitForElevatedCopy(pid_t child, int readEnd) {
     QByteArray received;
     int waitedMs = 0;
     while (waitedMs < elevationAnswerLimitMs) {
@@ -99,17 +107,353 @@ bool waitForElevatedCopy(pid_t child, int readEnd)
     return false;
 }
 
+QString translated(const char* key) {
+    return QCoreApplication::translate("QObject", key);
+}
+
+constexpr quint16 rdpPort = 3389;
+constexpr char tcpListenState[] = "0A";
+
+// One table in the /proc/net/tcp format: "sl local_address rem_address st ...", addresses as
+// hexadecimal "ADDRESS:PORT". The header line never matches the state test.
+bool tableHasRdpListener(const QByteArray& table) {
+    const QList<QByteArray> lines = table.split('\n');
+    for (const QByteArray& line : lines) {
+        const QList<QByteArray> fields = line.simplified().split(' ');
+        if (fields.size() < 4 || fields.at(3) != tcpListenState)
+            continue;
+        const QByteArray& local = fields.at(1);
+        bool ok = false;
+        const uint port = local.mid(local.lastIndexOf(':') + 1).toUInt(&ok, 16);
+        if (ok && local.contains(':') && port == rdpPort)
+            return true;
+    }
+    return false;
+}
+
+// A root copy (started through pkexec) writing into the user's configuration hands what it made
+// back to the owner of that configuration, so the user can still change or remove it.
+void handToConfigurationOwner(const QString& autostartDirectory, const QString& filePath) {
+    if (::geteuid() != 0)
+        return;
+    struct stat owner {};
+    const QByteArray configHome = QFile::encodeName(QFileInfo(autostartDirectory).absolutePath());
+    if (::stat(configHome.constData(), &owner) != 0 || owner.st_uid == 0)
+        return;
+    for (const QString& path : {autostartDirectory, filePath}) {
+        const QByteArray name = QFile::encodeName(path);
+        struct stat current {};
+        if (::lstat(name.constData(), &current) == 0 && current.st_uid == 0 &&
+            ::lchown(name.constData(), owner.st_uid, owner.st_gid) != 0)
+            qWarning("Could not hand %s to its user: %s", name.constData(), std::strerror(errno));
+    }
+}
+
 } // namespace
 
-bool LinuxPlatform::isRunningAsAdministrator()
-{
+LinuxPlatform::LinuxPlatform()
+    : LinuxPlatform(Options{}) {}
+
+LinuxPlatform::LinuxPlatform(Options options)
+    : m_options(std::move(options)) {}
+
+LinuxPlatform::~LinuxPlatform() = default;
+
+QString LinuxPlatform::programPath() const {
+    if (!m_options.programPath.isEmpty())
+        return m_options.programPath;
+    return QFile::decodeName(ownExecutable());
+}
+
+QString LinuxPlatform::autostartFilePath() const {
+    QString directory = m_options.autostartDirectory;
+    if (directory.isEmpty()) {
+        QString configHome = qEnvironmentVariable("XDG_CONFIG_HOME");
+        // A relative value is invalid and must be ignored.
+        if (configHome.isEmpty() || QDir::isRelativePath(configHome))
+            configHome = QDir::homePath() + QStringLiteral("/.config");
+        directory = configHome + QStringLiteral("/autostart");
+    }
+    return directory + QStringLiteral("/tavero.desktop");
+}
+
+bool LinuxPlatform::isRunOnStart() {
+    return AutostartEntry(autostartFilePath()).pointsAt(programPath());
+}
+
+void LinuxPlatform::setRunOnStart(bool run) {
+    const AutostartEntry entry(autostartFilePath());
+    if (!run) {
+        if (!entry.remove())
+            qWarning() << "Could not remove the start entry" << entry.filePath();
+        return;
+    }
+    if (!entry.write(programPath())) {
+        qWarning() << "Could not write the start entry" << entry.filePath();
+        return;
+    }
+    handToConfigurationOwner(QFileInfo(entry.filePath()).absolutePath(), entry.filePath());
+}
+
+// Dial-up through NetworkManager's VPN plugins is not built yet: say so truthfully and fail every
+// dial with its usual message, so the chain moves on to OpenVPN.
+bool LinuxPlatform::pptpSupports() {
+    return false;
+}
+bool LinuxPlatform::l2tpSupports() {
+    return false;
+}
+bool LinuxPlatform::isPptpAsync() {
+    return true;
+}
+bool LinuxPlatform::isL2tpAsync() {
+    return true;
+}
+
+OperationResult LinuxPlatform::disconnect() {
+    qDebug("LinuxPlatform::disconnect");
+    return guardedCall("disconnect",
+                       QT_TRANSLATE_NOOP("QObject", "warning.could_not_break_vpn_connection"),
+                       [this] { return forceDisconnect(); });
+}
+
+OperationResult LinuxPlatform::connectPptp(const QString& host, const QString& user,
+                                           const QString& password) {
+    return guardedCall("connectPptp",
+                       QT_TRANSLATE_NOOP("QObject", "warning.could_not_connect_using_pptp"),
+                       [&] { return forceConnectPptp(host, user, password); });
+}
+
+OperationResult LinuxPlatform::connectL2tp(const QString& host, const QString& user,
+                                           const QString& password, const QString& preSharedKey) {
+    return guardedCall(
+        "connectL2tp",
+        QT_TRANSLATE_NOOP("QObject", "warning.unable_to_connect_using_L2TP_protocol"),
+        [&] { return forceConnectL2tp(host, user, password, preSharedKey); });
+}
+
+OperationResult LinuxPlatform::connectIKEv2(const QString& host, const QString& user,
+                                            const QString& password, bool withoutAdminRights) {
+    static const char* const refusal =
+        QT_TRANSLATE_NOOP("QObject", "warning.unable_to_connect_using_IKEv2_protocol");
+    // Carrying all traffic needs routes, and routes need rights.
+    if (!withoutAdminRights && !isRunningAsAdministrator())
+        return OperationResult(translated(refusal));
+    return guardedCall("connectIKEv2", refusal,
+                       [&] { return forceConnectIKEv2(host, user, password, withoutAdminRights); });
+}
+
+OperationResult LinuxPlatform::forceDisconnect() {
+    qDebug("LinuxPlatform::forceDisconnect");
+    return {}; // nothing is ever dialled here, so nothing is up
+}
+
+OperationResult LinuxPlatform::forceConnectPptp(const QString& host, const QString&,
+                                                const QString&) {
+    qDebug() << "PPTP dial-up is not available on this system; host" << host;
+    return OperationResult(
+        translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_pptp_connection")));
+}
+
+OperationResult LinuxPlatform::forceConnectL2tp(const QString& host, const QString&, const QString&,
+                                                const QString&) {
+    qDebug() << "L2TP dial-up is not available on this system; host" << host;
+    return OperationResult(
+        translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_l2tp_connection")));
+}
+
+OperationResult LinuxPlatform::forceConnectIKEv2(const QString& host, const QString&,
+                                                 const QString&, bool) {
+    qDebug() << "IKEv2 dial-up is not available on this system; host" << host;
+    return OperationResult(
+        translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_ikev2_connection")));
+}
+
+OperationResult LinuxPlatform::turnOffInternet() {
+    return guardedCall("turnOffInternet",
+                       QT_TRANSLATE_NOOP("QObject", "warning.internet_connection_failed"),
+                       [this] { return forceTurnOffInternet(); });
+}
+
+OperationResult LinuxPlatform::turnOnInternet(bool& reenabled) {
+    return guardedCall("turnOnInternet",
+                       QT_TRANSLATE_NOOP("QObject", "warning.internet_shutdown_failed"),
+                       [&] { return forceTurnOnInternet(reenabled); });
+}
+
+bool LinuxPlatform::haveDisabledNetDevicesByKillSwitch() {
+    return !m_remembered.isEmpty();
+}
+
+bool LinuxPlatform::turnOnNetDevices() {
+    qDebug() << "container length: " << m_remembered.size();
+    bool reenabled = false;
+    bool returned = false;
+    guardedCall("turnOnNetDevices",
+                QT_TRANSLATE_NOOP("QObject", "warning.internet_shutdown_failed"), [&] {
+                    const OperationResult result = forceTurnOnInternet(reenabled);
+                    returned = true;
+                    return result;
+                });
+    return returned && reenabled;
+}
+
+OperationResult LinuxPlatform::forceTurnOffInternet() {
+    bool reenabled = false;
+    return enableOrDisableConnections(false, reenabled);
+}
+
+OperationResult LinuxPlatform::forceTurnOnInternet(bool& reenabled) {
+    return enableOrDisableConnections(true, reenabled);
+}
+
+std::unique_ptr<NetworkSwitchBackend> LinuxPlatform::chooseNetworkSwitchBackend() {
+    if (qEnvironmentVariableIntValue("TAVERO_KEEP_NETWORK") == 1) {
+        qWarning("Network switching is turned off (TAVERO_KEEP_NETWORK=1)");
+        return nullptr;
+    }
+    const QDBusConnection systemBus = QDBusConnection::systemBus();
+    if (NetworkManagerBackend::isRunning(systemBus))
+        return std::make_unique<NetworkManagerBackend>(systemBus);
+    return std::make_unique<InterfaceBackend>();
+}
+
+OperationResult LinuxPlatform::enableOrDisableConnections(bool enable, bool& reenabled) {
+    reenabled = false;
+    // Remembered identifiers mean something only to the backend that made them; with nothing
+    // remembered the choice is made afresh (NetworkManager may have started or stopped).
+    if (m_remembered.isEmpty() || !m_backend) {
+        m_backend = m_options.networkBackendFactory ? m_options.networkBackendFactory()
+                                                    : chooseNetworkSwitchBackend();
+    }
+    const NetworkSwitchStatus reached =
+        m_backend ? m_backend->open()
+                  : NetworkSwitchStatus::failure(EPERM, QStringLiteral("no network switch"));
+    if (!reached.ok()) {
+        qWarning() << "Cannot reach the network switch:" << reached.detail;
+        QString message = translated(QT_TRANSLATE_NOOP(
+            "QObject", "warning.could_not_connect_to_the_connection_manager_library"));
+        // Without a loaded catalogue the key itself comes back, with no place for the code.
+        if (message.contains(QLatin1String("%1")))
+            message = message.arg(reached.code);
+        return OperationResult(message);
+    }
+    // A pass that switches nothing fails; otherwise the last switch made decides.
+    NetworkSwitchStatus status =
+        NetworkSwitchStatus::failure(ENOENT, QStringLiteral("no connection was switched"));
+    if (enable)
+        switchOnPass(*m_backend, status, reenabled);
+    else
+        switchOffPass(*m_backend, status);
+    m_backend->close();
+    if (status.ok())
+        return {};
+    qWarning() << (enable ? "Network switch-on failed:" : "Network switch-off failed:")
+               << status.detail;
+    return OperationResult(
+        enable
+            ? translated(QT_TRANSLATE_NOOP("QObject", "warning.failed_to_turn_on_the_internet"))
+            : translated(QT_TRANSLATE_NOOP("QObject", "warning.failed_to_turn_off_the_internet")));
+}
+
+void LinuxPlatform::switchOffPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status) {
+    QVector<NetworkConnection> connections;
+    const NetworkSwitchStatus listed = backend.listSwitchedOn(connections);
+    if (!listed.ok())
+        status = listed;
+    for (const NetworkConnection& connection : qAsConst(connections)) {
+        // Remembered before the attempt: a half-switched connection must still come back.
+        if (!m_remembered.contains(connection.id))
+            m_remembered.append(connection.id);
+        status = backend.switchOff(connection);
+        if (status.ok())
+            qInfo() << "Network connection switched off:" << connection.label;
+        else
+            qWarning() << "Could not switch off" << connection.label << status.detail;
+    }
+}
+
+void LinuxPlatform::switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status,
+                                 bool& reenabled) {
+    if (m_remembered.isEmpty())
+        return;
+    for (const QString& id : qAsConst(m_remembered)) {
+        NetworkSwitchBackend::State state = NetworkSwitchBackend::State::Missing;
+        const NetworkSwitchStatus known = backend.stateOf(id, state);
+        if (!known.ok()) {
+            status = known;
+            continue;
+        }
+        // Gone, or switched on by the user meanwhile: left alone.
+        if (state != NetworkSwitchBackend::State::Off)
+            continue;
+        status = backend.switchOn(id);
+        reenabled = true;
+        if (status.ok())
+            qInfo() << "Network connection switched on:" << id;
+        else
+            qWarning() << "Could not switch on" << id << status.detail;
+    }
+    m_remembered.clear();
+}
+
+bool LinuxPlatform::IsRdpListening() {
+    if (const auto forced = PlatformOverrides::rdpListening())
+        return *forced;
+    return IsRdpListening({QStringLiteral("/proc/net/tcp"), QStringLiteral("/proc/net/tcp6")});
+}
+
+bool LinuxPlatform::IsRdpListening(const QStringList& tcpTables) {
+    for (const QString& path : tcpTables) {
+        QFile table(path);
+        if (!table.open(QIODevice::ReadOnly)) {
+            qDebug() << "Cannot read" << path;
+            continue;
+        }
+        if (tableHasRdpListener(table.readAll())) {
+            qDebug("Found local RDP server");
+            return true;
+        }
+    }
+    qDebug("Local RDP server not found");
+    return false;
+}
+
+AdapterInfo LinuxPlatform::getAdapterInfo(const QString& friendlyName) {
+    AdapterInfo result;
+    ifaddrs* raw = nullptr;
+    if (::getifaddrs(&raw) != 0) {
+        qDebug() << "getifaddrs failed:" << std::strerror(errno);
+        return result;
+    }
+    const std::unique_ptr<ifaddrs, void (*)(ifaddrs*)> list(raw, ::freeifaddrs);
+    const QByteArray wanted = QFile::encodeName(friendlyName);
+    const unsigned index = wanted.isEmpty() ? 0 : ::if_nametoindex(wanted.constData());
+    for (const ifaddrs* entry = list.get(); entry != nullptr; entry = entry->ifa_next) {
+        if (entry->ifa_addr == nullptr ||
+            (entry->ifa_addr->sa_family != AF_INET && entry->ifa_addr->sa_family != AF_INET6))
+            continue;
+        const QHostAddress address(entry->ifa_addr);
+        qDebug() << "Interface:" << entry->ifa_name << "Unicast IP:" << address.toString();
+        if (index != 0 && wanted == entry->ifa_name && !address.isNull())
+            result.addresses.append(address);
+    }
+    if (index == 0) {
+        result.addresses.clear();
+        return result;
+    }
+    result.interfaceIndex = index;
+    result.ipv6InterfaceIndex = index; // one index serves both families here
+    return result;
+}
+
+bool LinuxPlatform::isRunningAsAdministrator() {
     if (const auto forced = PlatformOverrides::administrator())
         return *forced;
     return ::geteuid() == 0 || hasNetAdminCapability();
 }
 
-bool LinuxPlatform::elevateToAdmin()
-{
+bool LinuxPlatform::elevateToAdmin() {
     if (qEnvironmentVariableIntValue("TAVERO_NO_ELEVATE") == 1)
         return false;
     if (qEnvironmentVariableIntValue(elevatedVariable) == 1)
@@ -148,8 +492,7 @@ bool LinuxPlatform::elevateToAdmin()
     return started;
 }
 
-void LinuxPlatform::confirmElevatedStart()
-{
+void LinuxPlatform::confirmElevatedStart() {
     if (qEnvironmentVariableIntValue(elevatedVariable) != 1)
         return;
     std::fputs(readyMarker, stdout);

@@ -1,10 +1,64 @@
 #pragma once
 
+#include "platform/adapterinfo.h"
+#include "platform/iplatform.h"
+#include "platform/linux/networkswitchbackend.h"
+
+#include <QStringList>
+#include <functional>
+#include <memory>
+
 namespace tavero {
 
 // The platform layer on Linux.
-class LinuxPlatform {
+//
+// Network switch-off: with NetworkManager on the system bus its active connections are taken down
+// and remembered by UUID; otherwise every non-loopback interface that is up is set down and
+// remembered by name. Only what was remembered is ever switched on again. Dial-up (PPTP, L2TP,
+// IKEv2) is not available yet: the connect operations fail with their usual messages.
+class LinuxPlatform : public IPlatform {
 public:
+    using BackendFactory = std::function<std::unique_ptr<NetworkSwitchBackend>()>;
+
+    // Where the platform reads and writes; empty members take the system's defaults.
+    struct Options {
+        // Directory of the start entry; default $XDG_CONFIG_HOME/autostart or ~/.config/autostart,
+        // read at each call.
+        QString autostartDirectory;
+        // The program the start entry runs; default this process's executable.
+        QString programPath;
+        // Makes the network switch for a pass that starts with nothing remembered; default picks
+        // NetworkManager when it runs on the system bus, interfaces otherwise.
+        BackendFactory networkBackendFactory;
+    };
+
+    LinuxPlatform();
+    explicit LinuxPlatform(Options options);
+    ~LinuxPlatform() override;
+
+    bool isRunOnStart() override;
+    void setRunOnStart(bool run) override;
+    bool pptpSupports() override;
+    bool l2tpSupports() override;
+    bool isPptpAsync() override;
+    bool isL2tpAsync() override;
+    OperationResult disconnect() override;
+    OperationResult connectPptp(const QString& host, const QString& user,
+                                const QString& password) override;
+    OperationResult connectL2tp(const QString& host, const QString& user, const QString& password,
+                                const QString& preSharedKey) override;
+    OperationResult connectIKEv2(const QString& host, const QString& user, const QString& password,
+                                 bool withoutAdminRights) override;
+    OperationResult turnOffInternet() override;
+    OperationResult turnOnInternet(bool& reenabled) override;
+    bool haveDisabledNetDevicesByKillSwitch() override;
+    bool turnOnNetDevices() override;
+
+    // Identifiers of the switched-off connections, in the order they were switched off.
+    QStringList rememberedConnections() const { return m_remembered; }
+    // The start entry's file.
+    QString autostartFilePath() const;
+
     // Effective uid 0, or CAP_NET_ADMIN in the effective capability set.
     static bool isRunningAsAdministrator();
 
@@ -16,6 +70,44 @@ public:
     // Called at start-up by every copy: an elevated copy tells the copy that started it that it
     // runs, so that copy can end.
     static void confirmElevatedStart();
+
+    // A local TCP socket (IPv4 or IPv6) listens on port 3389. A forced answer
+    // (PlatformOverrides::rdpListening) wins.
+    static bool IsRdpListening();
+    // The same test over the given tables in the /proc/net/tcp format; unreadable files count as
+    // empty.
+    static bool IsRdpListening(const QStringList& tcpTables);
+
+    // Interface index and unicast addresses of the interface named `friendlyName`; a default
+    // value when there is none.
+    static AdapterInfo getAdapterInfo(const QString& friendlyName);
+
+    // NetworkManager when its service runs on the system bus, interfaces otherwise.
+    static std::unique_ptr<NetworkSwitchBackend> chooseNetworkSwitchBackend();
+
+protected:
+    // The unguarded workers behind the public operations of the same name without "force". They
+    // report ordinary failures in their result; the public wrappers catch whatever they throw.
+    virtual OperationResult forceDisconnect();
+    virtual OperationResult forceConnectPptp(const QString& host, const QString& user,
+                                             const QString& password);
+    virtual OperationResult forceConnectL2tp(const QString& host, const QString& user,
+                                             const QString& password, const QString& preSharedKey);
+    virtual OperationResult forceConnectIKEv2(const QString& host, const QString& user,
+                                              const QString& password, bool withoutAdminRights);
+    virtual OperationResult forceTurnOffInternet();
+    virtual OperationResult forceTurnOnInternet(bool& reenabled);
+
+private:
+    OperationResult enableOrDisableConnections(bool enable, bool& reenabled);
+    void switchOffPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status);
+    void switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status, bool& reenabled);
+    QString programPath() const;
+
+    Options m_options;
+    // The backend that made the remembered list; identifiers only mean something to it.
+    std::unique_ptr<NetworkSwitchBackend> m_backend;
+    QStringList m_remembered;
 };
 
 } // namespace tavero

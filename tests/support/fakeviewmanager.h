@@ -1,0 +1,52 @@
+#pragma once
+
+#include "gui/shell/iviewmanager.h"
+#include "support/fakebublemessageprovider.h"
+#include "support/fakeviewmanagerutils.h"
+
+#include <QStringList>
+
+namespace tavero::test {
+
+// Records navigation instead of performing it. Each call appends its name to calls(), with the
+// argument for goToStatus: "goToStatus(true)". utils() and bubleMessageProvider() are recording
+// fakes owned by this object; checkUpdateDlg() answers what setCheckUpdateAnswer() says (false by
+// default); window() is null unless set.
+class FakeViewManager : public IViewManager {
+public:
+    IViewManagerUtils* utils() override { return &m_utils; }
+    IBubleMessageProvider* bubleMessageProvider() override { return &m_bubbles; }
+    bool checkUpdateDlg() override;
+    void goToSplashScreen() override;
+    void goToLogin() override;
+    void goToStatus(bool afterLogin) override;
+    void goToSettings() override;
+    void goToInformation() override;
+    void goToServerSelection() override;
+    void show() override;
+    void setPreloadFinished() override;
+    MainWindow* window() override { return m_window; }
+
+    FakeViewManagerUtils& fakeUtils() { return m_utils; }
+    FakeBubleMessageProvider& fakeBubbles() { return m_bubbles; }
+
+    const QStringList& calls() const { return m_calls; }
+    // The last call that changed the page ("goToLogin", "goToStatus(false)", ...), empty if none.
+    QString currentPage() const { return m_currentPage; }
+    void clearCalls() { m_calls.clear(); }
+
+    void setCheckUpdateAnswer(bool answer) { m_checkUpdateAnswer = answer; }
+    void setWindow(MainWindow* window) { m_window = window; }
+
+private:
+    void navigate(const QString& call);
+
+    FakeViewManagerUtils m_utils;
+    FakeBubleMessageProvider m_bubbles;
+    QStringList m_calls;
+    QString m_currentPage;
+    bool m_checkUpdateAnswer = false;
+    MainWindow* m_window = nullptr;
+};
+
+} // namespace tavero::test
