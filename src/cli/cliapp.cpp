@@ -22,11 +22,13 @@
 namespace tavero::cli {
 namespace {
 
-QString managerText(const char* key) {
+QString managerText(const char* key)
+{
     return QCoreApplication::translate("tavero::VpnManager", key);
 }
 
-QJsonArray rowsToJson(const QVector<CountryPresentationData>& rows) {
+QJsonArray rowsToJson(const QVector<CountryPresentationData>& rows)
+{
     QJsonArray array;
     for (const CountryPresentationData& row : rows) {
         const int best = ServerListQueries::bestServerIndex(row.servers);
@@ -48,7 +50,8 @@ QJsonArray rowsToJson(const QVector<CountryPresentationData>& rows) {
     return array;
 }
 
-QString rowsToText(const QString& title, const QVector<CountryPresentationData>& rows) {
+QString rowsToText(const QString& title, const QVector<CountryPresentationData>& rows)
+{
     int nameWidth = 0;
     for (const CountryPresentationData& row : rows)
         nameWidth = std::max(nameWidth, row.country.name.size());
@@ -80,21 +83,25 @@ CliApp::CliApp(CliOptions options, CliOutput& output, IServerApi& api, ManagerFa
     , m_output(output)
     , m_api(api)
     , m_makeManager(std::move(makeManager))
-    , m_readPassword(std::move(readPassword)) {}
+    , m_readPassword(std::move(readPassword))
+{}
 
-CliApp::~CliApp() {
+CliApp::~CliApp()
+{
     // The manager (and with it any tunnel and the kill switch's hold) goes before the lock.
     m_manager.reset();
     m_lock.reset();
 }
 
-QString CliApp::lockFilePath() {
+QString CliApp::lockFilePath()
+{
     const QSettings store(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("TAVERO"),
                           QStringLiteral("TAVERO"));
     return QFileInfo(store.fileName()).absolutePath() + QStringLiteral("/tavero-cli.lock");
 }
 
-int CliApp::run() {
+int CliApp::run()
+{
     switch (m_options.command) {
     case CliOptions::Command::Help:
         m_output.result({{QStringLiteral("usage"), CliOptions::usage()}}, CliOptions::usage());
@@ -118,14 +125,16 @@ int CliApp::run() {
     return Failure;
 }
 
-void CliApp::requestStop(int signalNumber) {
+void CliApp::requestStop(int signalNumber)
+{
     if (m_forwardStop)
         m_forwardStop(signalNumber);
     else if (m_pendingStop == 0)
         m_pendingStop = signalNumber;
 }
 
-int CliApp::prepareManager() {
+int CliApp::prepareManager()
+{
     const QString path = lockFilePath();
     QDir().mkpath(QFileInfo(path).absolutePath());
     m_lock = std::make_unique<QLockFile>(path);
@@ -149,7 +158,8 @@ int CliApp::prepareManager() {
     return Success;
 }
 
-int CliApp::logInFromStoredToken() {
+int CliApp::logInFromStoredToken()
+{
     if (m_manager->settings().token().isEmpty()) {
         m_output.error(QStringLiteral("not logged in: run tavero-cli login EMAIL"), NotLoggedIn);
         return NotLoggedIn;
@@ -166,7 +176,8 @@ int CliApp::logInFromStoredToken() {
     return NotLoggedIn;
 }
 
-int CliApp::login() {
+int CliApp::login()
+{
     const int prepared = prepareManager();
     if (prepared != Success)
         return prepared;
@@ -191,7 +202,8 @@ int CliApp::login() {
     return Success;
 }
 
-int CliApp::servers() {
+int CliApp::servers()
+{
     int code = prepareManager();
     if (code == Success)
         code = logInFromStoredToken();
@@ -214,7 +226,8 @@ int CliApp::servers() {
     return Success;
 }
 
-int CliApp::chooseCountry(const QString& code) {
+int CliApp::chooseCountry(const QString& code)
+{
     VpnServerSelector& selector = m_manager->vpnServers();
     // Codes are matched regardless of case ("de" finds "DE") and then used as the service sent
     // them.
@@ -245,7 +258,8 @@ int CliApp::chooseCountry(const QString& code) {
     return Success;
 }
 
-int CliApp::connect() {
+int CliApp::connect()
+{
     int code = prepareManager();
     if (code == Success)
         code = logInFromStoredToken();
@@ -270,7 +284,8 @@ int CliApp::connect() {
     return code;
 }
 
-int CliApp::status() {
+int CliApp::status()
+{
     Settings settings;
     const QString email = settings.getEmail();
     const bool loggedIn = !settings.token().isEmpty();
@@ -307,7 +322,8 @@ int CliApp::status() {
     return code;
 }
 
-int CliApp::logout() {
+int CliApp::logout()
+{
     // What the settings dialog's log-out does: the token goes, the e-mail address stays.
     Settings settings;
     settings.setToken(QString());

@@ -5,7 +5,8 @@
 namespace tavero::cli {
 namespace {
 
-const QHash<QString, CliOptions::Command>& commandNames() {
+const QHash<QString, CliOptions::Command>& commandNames()
+{
     static const QHash<QString, CliOptions::Command> names{
         {QStringLiteral("login"), CliOptions::Command::Login},
         {QStringLiteral("servers"), CliOptions::Command::Servers},
@@ -18,7 +19,8 @@ const QHash<QString, CliOptions::Command>& commandNames() {
 
 } // namespace
 
-bool CliOptions::parse(const QStringList& arguments, CliOptions& options, QString& error) {
+bool CliOptions::parse(const QStringList& arguments, CliOptions& options, QString& error)
+{
     options = CliOptions();
     bool haveCommand = false;
     bool wantsHelp = false;
@@ -107,7 +109,8 @@ bool CliOptions::parse(const QStringList& arguments, CliOptions& options, QStrin
     return true;
 }
 
-QString CliOptions::usage() {
+QString CliOptions::usage()
+{
     return QStringLiteral(
         "Usage: tavero-cli [--json] COMMAND\n"
         "\n"
@@ -127,7 +130,8 @@ QString CliOptions::usage() {
         "\n"
         "Exit codes: 0 success, 1 failure, 2 usage, 3 not logged in, 4 no connection to\n"
         "the service, 5 log-in refused, 6 connecting failed, 7 no available server in the\n"
-        "country, 8 another tavero-cli connect is running, 9 traffic not protected (status).\n");
+        "country, 8 another tavero-cli command is managing the tunnel, 9 traffic not\n"
+        "protected (status).\n");
 }
 
 } // namespace tavero::cli

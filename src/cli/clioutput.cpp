@@ -9,9 +9,11 @@ namespace tavero::cli {
 CliOutput::CliOutput(bool json, QIODevice& out, QIODevice& err)
     : m_json(json)
     , m_out(out)
-    , m_err(err) {}
+    , m_err(err)
+{}
 
-void CliOutput::result(QJsonObject json, const QString& text) {
+void CliOutput::result(QJsonObject json, const QString& text)
+{
     if (m_json) {
         if (!json.contains(QStringLiteral("ok")))
             json.insert(QStringLiteral("ok"), true);
@@ -22,7 +24,8 @@ void CliOutput::result(QJsonObject json, const QString& text) {
 }
 
 void CliOutput::event(const QDateTime& at, const QString& name, QJsonObject fields,
-                      const QString& text) {
+                      const QString& text)
+{
     if (m_json) {
         fields.insert(QStringLiteral("time"), timeStamp(at));
         fields.insert(QStringLiteral("event"), name);
@@ -32,7 +35,8 @@ void CliOutput::event(const QDateTime& at, const QString& name, QJsonObject fiel
     }
 }
 
-void CliOutput::error(const QString& message, int exitCode) {
+void CliOutput::error(const QString& message, int exitCode)
+{
     if (m_json) {
         const QJsonObject json{{QStringLiteral("ok"), false},
                                {QStringLiteral("error"), message},
@@ -43,16 +47,19 @@ void CliOutput::error(const QString& message, int exitCode) {
     }
 }
 
-void CliOutput::note(const QString& text) {
+void CliOutput::note(const QString& text)
+{
     if (!m_json)
         writeLine(m_err, text);
 }
 
-QString CliOutput::timeStamp(const QDateTime& at) {
+QString CliOutput::timeStamp(const QDateTime& at)
+{
     return at.toUTC().toString(Qt::ISODateWithMs);
 }
 
-void CliOutput::writeLine(QIODevice& device, const QString& line) {
+void CliOutput::writeLine(QIODevice& device, const QString& line)
+{
     QByteArray bytes = line.toUtf8();
     if (!bytes.endsWith('\n'))
         bytes.append('\n');

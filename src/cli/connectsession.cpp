@@ -14,7 +14,8 @@ namespace tavero::cli {
 namespace {
 constexpr int stopPollMs = 25;
 
-QString signalName(int signalNumber) {
+QString signalName(int signalNumber)
+{
     switch (signalNumber) {
     case SIGINT:
         return QStringLiteral("SIGINT");
@@ -29,7 +30,8 @@ QString signalName(int signalNumber) {
 ConnectSession::ConnectSession(VpnManager& manager, CliOutput& output, Clock clock)
     : m_manager(manager)
     , m_output(output)
-    , m_clock(clock ? std::move(clock) : Clock(&QDateTime::currentDateTimeUtc)) {
+    , m_clock(clock ? std::move(clock) : Clock(&QDateTime::currentDateTimeUtc))
+{
     m_stopTimer.setInterval(stopPollMs);
     QObject::connect(&m_stopTimer, &QTimer::timeout, this, &ConnectSession::tryFinish);
     ConnectionChain& chain = m_manager.connection();
@@ -44,7 +46,8 @@ ConnectSession::ConnectSession(VpnManager& manager, CliOutput& output, Clock clo
 
 ConnectSession::~ConnectSession() = default;
 
-int ConnectSession::run() {
+int ConnectSession::run()
+{
     m_serverName = m_manager.vpnServers().currServer().name;
     m_inAttempt = true;
     if (!m_manager.isThereInternet()) {
@@ -72,7 +75,8 @@ int ConnectSession::run() {
     return code;
 }
 
-void ConnectSession::requestStop(int signalNumber) {
+void ConnectSession::requestStop(int signalNumber)
+{
     if (m_stopRequested)
         return;
     m_stopRequested = true;
@@ -83,7 +87,8 @@ void ConnectSession::requestStop(int signalNumber) {
     m_stopTimer.start();
 }
 
-void ConnectSession::tryFinish() {
+void ConnectSession::tryFinish()
+{
     // Only straight from the session's loop: not inside an attempt, a re-establishing or a
     // service exchange waiting in a nested loop.
     const bool atTopLevel = m_loop && QThread::currentThread()->loopLevel() <= 1;
@@ -92,7 +97,8 @@ void ConnectSession::tryFinish() {
     m_loop->exit(finish());
 }
 
-int ConnectSession::finish() {
+int ConnectSession::finish()
+{
     m_finished = true;
     m_stopTimer.stop();
     const OperationResult result = m_manager.disconnect();
@@ -106,7 +112,8 @@ int ConnectSession::finish() {
     return Success;
 }
 
-void ConnectSession::onModeChanged() {
+void ConnectSession::onModeChanged()
+{
     const ConnectionChain::Mode mode = m_manager.connection().mode();
     if (mode == m_lastPrintedMode)
         return;
@@ -119,7 +126,8 @@ void ConnectSession::onModeChanged() {
     printMode(mode);
 }
 
-void ConnectSession::printMode(ConnectionChain::Mode mode) {
+void ConnectSession::printMode(ConnectionChain::Mode mode)
+{
     m_lastPrintedMode = mode;
     const QString name = modeName(mode);
     QJsonObject fields{{QStringLiteral("mode"), name}, {QStringLiteral("server"), m_serverName}};
@@ -132,19 +140,22 @@ void ConnectSession::printMode(ConnectionChain::Mode mode) {
     m_output.event(now(), QStringLiteral("mode"), fields, text);
 }
 
-void ConnectSession::onReestablishStarted() {
+void ConnectSession::onReestablishStarted()
+{
     m_output.event(now(), QStringLiteral("reestablishing"),
                    {{QStringLiteral("server"), m_serverName}},
                    QStringLiteral("Re-establishing the tunnel to %1").arg(m_serverName));
 }
 
-void ConnectSession::onReestablishFinished(bool isSuccess) {
+void ConnectSession::onReestablishFinished(bool isSuccess)
+{
     m_output.event(now(), QStringLiteral("reestablished"), {{QStringLiteral("success"), isSuccess}},
                    isSuccess ? QStringLiteral("Tunnel re-established")
                              : QStringLiteral("Re-establishing failed; trying again later"));
 }
 
-void ConnectSession::onProtocolsExpired() {
+void ConnectSession::onProtocolsExpired()
+{
     const bool killSwitch = m_manager.isKillSwitch();
     m_output.event(
         now(), QStringLiteral("tunnelLost"), {{QStringLiteral("killSwitch"), killSwitch}},
@@ -153,11 +164,13 @@ void ConnectSession::onProtocolsExpired() {
                    : QStringLiteral("The tunnel broke and is not back yet; trying again later"));
 }
 
-QDateTime ConnectSession::now() const {
+QDateTime ConnectSession::now() const
+{
     return m_clock();
 }
 
-QString ConnectSession::modeName(ConnectionChain::Mode mode) {
+QString ConnectSession::modeName(ConnectionChain::Mode mode)
+{
     switch (mode) {
     case ConnectionChain::Connecting:
         return QStringLiteral("Connecting");

@@ -7,7 +7,8 @@
 namespace tavero::cli {
 namespace {
 
-bool isAnyOf(const QString& message, const char* key, std::initializer_list<const char*> contexts) {
+bool isAnyOf(const QString& message, const char* key, std::initializer_list<const char*> contexts)
+{
     return std::any_of(contexts.begin(), contexts.end(), [&](const char* context) {
         return message == QCoreApplication::translate(context, key);
     });
@@ -15,7 +16,8 @@ bool isAnyOf(const QString& message, const char* key, std::initializer_list<cons
 
 } // namespace
 
-int exitCodeFor(const OperationResult& result, int fallback) {
+int exitCodeFor(const OperationResult& result, int fallback)
+{
     if (result.isSuccess)
         return Success;
     if (result.code == OperationResult::NoInternet)

@@ -16,7 +16,8 @@
 #include <QFile>
 #include <QTranslator>
 
-int main(int argc, char* argv[]) {
+int main(int argc, char* argv[])
+{
     qInstallMessageHandler(tavero::messageHandler);
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tavero-cli"));
@@ -34,7 +35,7 @@ int main(int argc, char* argv[]) {
     CliOutput output(options.json, out, err);
     if (!parsed) {
         output.error(error, UsageError);
-        output.note(CliOptions::usage());
+        output.note(QStringLiteral("Run tavero-cli --help for the commands."));
         return UsageError;
     }
 

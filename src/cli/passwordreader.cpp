@@ -11,14 +11,16 @@ namespace {
 class EchoOff {
 public:
     explicit EchoOff(int fd)
-        : m_fd(fd) {
+        : m_fd(fd)
+    {
         if (::tcgetattr(m_fd, &m_saved) != 0)
             return;
         termios silent = m_saved;
         silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
         m_active = ::tcsetattr(m_fd, TCSAFLUSH, &silent) == 0;
     }
-    ~EchoOff() {
+    ~EchoOff()
+    {
         if (m_active)
             ::tcsetattr(m_fd, TCSAFLUSH, &m_saved);
     }
@@ -31,7 +33,8 @@ private:
     bool m_active = false;
 };
 
-bool readLine(std::FILE* input, QByteArray& line) {
+bool readLine(std::FILE* input, QByteArray& line)
+{
     line.clear();
     for (;;) {
         const int c = std::fgetc(input);
@@ -47,9 +50,11 @@ bool readLine(std::FILE* input, QByteArray& line) {
 
 PasswordReader::PasswordReader(std::FILE* input, std::FILE* promptStream)
     : m_input(input)
-    , m_promptStream(promptStream) {}
+    , m_promptStream(promptStream)
+{}
 
-bool PasswordReader::read(QString& password) {
+bool PasswordReader::read(QString& password)
+{
     QByteArray line;
     bool ok = false;
     const int fd = ::fileno(m_input);

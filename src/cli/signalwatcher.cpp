@@ -14,7 +14,8 @@ std::atomic<int> writeEnd{-1};
 struct sigaction previousInt;
 struct sigaction previousTerm;
 
-void onSignal(int signalNumber) {
+void onSignal(int signalNumber)
+{
     const int saved = errno;
     const int fd = writeEnd.load();
     if (fd >= 0) {
@@ -28,7 +29,8 @@ void onSignal(int signalNumber) {
 } // namespace
 
 SignalWatcher::SignalWatcher(QObject* parent)
-    : QObject(parent) {
+    : QObject(parent)
+{
     if (writeEnd.load() >= 0 || ::pipe2(m_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
         return;
     writeEnd.store(m_pipe[1]);
@@ -48,7 +50,8 @@ SignalWatcher::SignalWatcher(QObject* parent)
     m_active = true;
 }
 
-SignalWatcher::~SignalWatcher() {
+SignalWatcher::~SignalWatcher()
+{
     if (m_active) {
         ::sigaction(SIGINT, &previousInt, nullptr);
         ::sigaction(SIGTERM, &previousTerm, nullptr);
@@ -61,7 +64,8 @@ SignalWatcher::~SignalWatcher() {
     }
 }
 
-void SignalWatcher::readSignals() {
+void SignalWatcher::readSignals()
+{
     unsigned char bytes[16];
     for (;;) {
         const ssize_t count = ::read(m_pipe[0], bytes, sizeof bytes);

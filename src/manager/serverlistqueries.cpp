@@ -4,7 +4,8 @@
 
 namespace tavero {
 
-int ServerListQueries::bestServerIndex(const QVector<VpnServerInformation>& servers) {
+int ServerListQueries::bestServerIndex(const QVector<VpnServerInformation>& servers)
+{
     qDebug() << "Servers was:" << servers.size();
     const auto available =
         std::count_if(servers.cbegin(), servers.cend(),
@@ -27,17 +28,20 @@ int ServerListQueries::bestServerIndex(const QVector<VpnServerInformation>& serv
     return best;
 }
 
-QString ServerListQueries::loadingText(const VpnServerInformation& server) {
+QString ServerListQueries::loadingText(const VpnServerInformation& server)
+{
     return server.isAvailable ? QStringLiteral("%1%").arg(server.load) : QString();
 }
 
 QString ServerListQueries::countryNameByCode(const ServerListGettingResult& list,
-                                             const QString& code) {
+                                             const QString& code)
+{
     return list.countriesByCode.value(code).name;
 }
 
 QString ServerListQueries::bestServerNameByCountryCode(const ServerListGettingResult& list,
-                                                       const QString& code) {
+                                                       const QString& code)
+{
     const auto country = list.countriesByCode.constFind(code);
     if (country == list.countriesByCode.cend())
         return QString();

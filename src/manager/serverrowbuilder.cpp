@@ -12,9 +12,11 @@ namespace tavero {
 
 ServerRowBuilder::ServerRowBuilder(FlagLoader flagLoader, int threadCount)
     : m_flagLoader(std::move(flagLoader))
-    , m_threadCount(std::max(1, threadCount)) {}
+    , m_threadCount(std::max(1, threadCount))
+{}
 
-QVector<QPair<int, int>> ServerRowBuilder::workerRanges(int countryCount, int threadCount) {
+QVector<QPair<int, int>> ServerRowBuilder::workerRanges(int countryCount, int threadCount)
+{
     threadCount = std::max(1, threadCount);
     countryCount = std::max(0, countryCount);
     const int chunk = countryCount / threadCount;
@@ -29,8 +31,8 @@ QVector<QPair<int, int>> ServerRowBuilder::workerRanges(int countryCount, int th
     return ranges;
 }
 
-QVector<CountryPresentationData>
-ServerRowBuilder::build(const ServerListGettingResult& list) const {
+QVector<CountryPresentationData> ServerRowBuilder::build(const ServerListGettingResult& list) const
+{
     // Workers read the copies below and never touch `list`, which may change after we return.
     const QVector<int> countryIds = list.serversByCountry.keys().toVector();
     const QVector<QVector<VpnServerInformation>> serversByCountry =

@@ -8,7 +8,8 @@ namespace {
 constexpr int maxShifts = 128;
 }
 
-bool isOneFlagSetted(quint64 value) {
+bool isOneFlagSetted(quint64 value)
+{
     qDebug() << "isOneFlagSetted";
     int shifts = 0;
     while (value != 0 && (value & 1U) == 0 && shifts < maxShifts) {
@@ -19,7 +20,8 @@ bool isOneFlagSetted(quint64 value) {
     return shifts <= maxShifts && value == 1;
 }
 
-QFlags<ProtocolType> usableProtocolTypes(QFlags<ProtocolType> stored) {
+QFlags<ProtocolType> usableProtocolTypes(QFlags<ProtocolType> stored)
+{
     const QFlags<ProtocolType> all(protocols::allProtocols);
     // Bits outside the five protocols cannot come from the settings dialog: such a value is
     // repaired like any other unusable choice.

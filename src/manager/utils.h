@@ -12,7 +12,8 @@ namespace utils {
 bool isOneFlagSetted(quint64 value);
 
 template <typename Enum>
-bool isOneFlagSetted(QFlags<Enum> flags) {
+bool isOneFlagSetted(QFlags<Enum> flags)
+{
     return isOneFlagSetted(static_cast<quint64>(static_cast<typename QFlags<Enum>::Int>(flags)));
 }
 

@@ -8,45 +8,50 @@
 #include <QDebug>
 
 namespace tavero {
+
 namespace {
-std::unique_ptr<IPlatform> givenOrNative(std::unique_ptr<IPlatform> platform) {
-    if (platform)
-        return platform;
-    return std::make_unique<NativePlatform>();
+std::unique_ptr<IPlatform> orNative(std::unique_ptr<IPlatform> platform)
+{
+    return platform ? std::move(platform) : std::make_unique<NativePlatform>();
 }
 } // namespace
 
 VpnManager::VpnManager(IServerApi& api, std::unique_ptr<IPlatform> platform,
                        ConnectionChain::Options chainOptions)
     : m_api(api)
-    , m_platformInjector(givenOrNative(std::move(platform)))
+    , m_platformInjector(orNative(std::move(platform)))
     , m_platform(m_platformInjector.platform())
     , m_settings(std::make_unique<Settings>())
     , m_selector(api, *m_settings)
     , m_killSwitcher(api, m_platform, *m_settings)
-    , m_chain(api, m_platform, *m_settings, m_killSwitcher, std::move(chainOptions)) {
+    , m_chain(api, m_platform, *m_settings, m_killSwitcher, std::move(chainOptions))
+{
     QObject::connect(&m_selector, &VpnServerSelector::serverWasChanged, this,
                      &VpnManager::onServerWasChanged);
 }
 
 VpnManager::~VpnManager() = default;
 
-LogoutBroadcaster& VpnManager::logoutBroadcaster() {
+LogoutBroadcaster& VpnManager::logoutBroadcaster()
+{
     return m_api.logoutBroadcaster();
 }
 
-bool VpnManager::isConnected() {
-    return m_ipInformation.status == RequestResult::Ok && m_ipInformation.isProtected &&
-           m_chain.mode() == ConnectionChain::Connected;
+bool VpnManager::isConnected()
+{
+    return m_ipInformation.status == RequestResult::Ok && m_ipInformation.isProtected
+           && m_chain.mode() == ConnectionChain::Connected;
 }
 
-bool VpnManager::isProtected() {
+bool VpnManager::isProtected()
+{
     if (m_killSwitcher.isInternetOff() || m_chain.sayKillSwitched())
         return false;
     return isConnected();
 }
 
-QString VpnManager::isProtectedText() {
+QString VpnManager::isProtectedText()
+{
     const bool cut = m_killSwitcher.isInternetOff() || m_chain.sayKillSwitched();
     if (m_settings->isKillSwitch() && cut)
         return QCoreApplication::translate("QObject", "label.not_secure");
@@ -54,41 +59,49 @@ QString VpnManager::isProtectedText() {
                          : QCoreApplication::translate("QObject", "label.not_secure");
 }
 
-QString VpnManager::countryCode() const {
+QString VpnManager::countryCode() const
+{
     return m_ipInformation.status == RequestResult::Ok ? m_ipInformation.countryCode : QString();
 }
 
-QString VpnManager::ipAdress() const {
+QString VpnManager::ipAdress() const
+{
     return m_ipInformation.status == RequestResult::Ok ? m_ipInformation.ip
                                                        : tr("label.not_determined");
 }
 
-QString VpnManager::getCountryName() {
+QString VpnManager::getCountryName()
+{
     const auto& byCode = m_selector.servers().countriesByCode;
     const auto found = byCode.constFind(countryCode());
     return found == byCode.cend() ? QString() : found->name;
 }
 
-QString VpnManager::getLastConnectedCountryName() {
+QString VpnManager::getLastConnectedCountryName()
+{
     const VpnServerInformation server = m_selector.currServer();
     const auto& byId = m_selector.servers().countriesById;
     const auto found = byId.constFind(server.countryId);
     return found == byId.cend() ? QString() : found->name;
 }
 
-bool VpnManager::isThereInternet() {
+bool VpnManager::isThereInternet()
+{
     return m_api.isThereInternet();
 }
 
-QByteArray VpnManager::receiveFlagPicture(const QString& countryCode, FlagPictureSize size) {
+QByteArray VpnManager::receiveFlagPicture(const QString& countryCode, FlagPictureSize size)
+{
     return m_api.receiveFlagPicture(countryCode, size);
 }
 
-bool VpnManager::isKillSwitch() {
+bool VpnManager::isKillSwitch()
+{
     return m_settings->isKillSwitch();
 }
 
-OperationResult VpnManager::doSomethingBeforeLogin() {
+OperationResult VpnManager::doSomethingBeforeLogin()
+{
     m_ipInformation = IpGettingResult();
     m_account = AccountInfoGettingResult();
     m_selector.clear();
@@ -96,7 +109,8 @@ OperationResult VpnManager::doSomethingBeforeLogin() {
     return OperationResult();
 }
 
-OperationResult VpnManager::loginByEmail(const QString& email, const QString& password) {
+OperationResult VpnManager::loginByEmail(const QString& email, const QString& password)
+{
     const OperationResult before = doSomethingBeforeLogin();
     if (!before.isSuccess)
         return before;
@@ -104,7 +118,8 @@ OperationResult VpnManager::loginByEmail(const QString& email, const QString& pa
     return doSomethingAfterLogin(result, email);
 }
 
-OperationResult VpnManager::doSomethingAfterLogin(const LoginResult& result, const QString& email) {
+OperationResult VpnManager::doSomethingAfterLogin(const LoginResult& result, const QString& email)
+{
     if (result.status != RequestResult::Ok)
         return loginResultToOperationResult(result);
     m_api.receiveAccountInfo();
@@ -121,7 +136,8 @@ OperationResult VpnManager::doSomethingAfterLogin(const LoginResult& result, con
     return OperationResult();
 }
 
-bool VpnManager::tryAutoLoginOnRestart() {
+bool VpnManager::tryAutoLoginOnRestart()
+{
     const QString token = m_settings->token();
     if (token.isEmpty())
         return false;
@@ -144,7 +160,8 @@ bool VpnManager::tryAutoLoginOnRestart() {
     return true;
 }
 
-OperationResult VpnManager::tryRequestResultToOperationResult(const RequestResult& result) {
+OperationResult VpnManager::tryRequestResultToOperationResult(const RequestResult& result)
+{
     switch (result.status) {
     case RequestResult::NoInternet:
         return OperationResult(tr("warning.connection_problems_check_internet_connection"));
@@ -156,7 +173,8 @@ OperationResult VpnManager::tryRequestResultToOperationResult(const RequestResul
     }
 }
 
-OperationResult VpnManager::loginResultToOperationResult(const LoginResult& result) {
+OperationResult VpnManager::loginResultToOperationResult(const LoginResult& result)
+{
     const OperationResult transport = tryRequestResultToOperationResult(result);
     if (!transport.isSuccess) {
         qDebug() << transport.isSuccess;
@@ -168,25 +186,29 @@ OperationResult VpnManager::loginResultToOperationResult(const LoginResult& resu
     return OperationResult(tr("warning.can_not_authorize_try_again"));
 }
 
-void VpnManager::udpateIpInformation() {
+void VpnManager::udpateIpInformation()
+{
     m_ipInformation = m_api.receiveIp();
 }
 
-OperationResult VpnManager::receiveIp() {
+OperationResult VpnManager::receiveIp()
+{
     m_ipInformation = m_api.receiveIp();
     if (m_ipInformation.status != RequestResult::Ok)
         return OperationResult(tr("warning.can_not_get_connection_info"));
     return OperationResult();
 }
 
-OperationResult VpnManager::receiveAccountInfo() {
+OperationResult VpnManager::receiveAccountInfo()
+{
     m_account = m_api.receiveAccountInfo();
     if (m_account.status != RequestResult::Ok)
         return OperationResult(tr("warning.failed_to_get_account_information"));
     return OperationResult();
 }
 
-OperationResult VpnManager::connect() {
+OperationResult VpnManager::connect()
+{
     const OperationResult listed = m_selector.receiveServerListInfoIfNeed();
     if (!listed.isSuccess) {
         qDebug() << listed.isSuccess;
@@ -195,15 +217,18 @@ OperationResult VpnManager::connect() {
     return m_chain.connect(m_selector.currServer());
 }
 
-OperationResult VpnManager::disconnect() {
+OperationResult VpnManager::disconnect()
+{
     return m_chain.disconnect();
 }
 
-void VpnManager::onServerWasChanged() {
+void VpnManager::onServerWasChanged()
+{
     m_chain.serverWasChanged(m_selector.currServer());
 }
 
-void VpnManager::startImagesLoading() {
+void VpnManager::startImagesLoading()
+{
     qDebug() << "Start image loading";
     m_selector.receiveServerListInfo();
     const ServerListGettingResult& list = m_selector.servers();
@@ -215,11 +240,13 @@ void VpnManager::startImagesLoading() {
     emit imageLoadingFinished();
 }
 
-bool VpnManager::reestablishInternetConnection() {
+bool VpnManager::reestablishInternetConnection()
+{
     return m_killSwitcher.startInternet(15);
 }
 
-void VpnManager::turnOnIsProgrammTermination() {
+void VpnManager::turnOnIsProgrammTermination()
+{
     m_isProgrammTermination = true;
     m_chain.turnOnIsProgrammTermination();
 }

@@ -12,6 +12,7 @@
 #include "platform/platforminjector.h"
 
 #include <QObject>
+
 #include <memory>
 
 class IServerApi;
@@ -27,7 +28,8 @@ class IPlatform;
 class VpnManager : public QObject {
     Q_OBJECT
 public:
-    // `platform` replaces the native platform layer when given (tests hand in a scripted one).
+    // `platform` replaces the native platform (tests hand in a scripted one); `chainOptions`
+    // shortens the chain's waits and points it at another OpenVPN program directory.
     explicit VpnManager(IServerApi& api, std::unique_ptr<IPlatform> platform = {},
                         ConnectionChain::Options chainOptions = {});
     ~VpnManager() override;

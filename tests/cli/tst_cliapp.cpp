@@ -25,7 +25,8 @@ using tavero::test::ServerListMaker;
 
 namespace {
 
-ServerListGettingResult fullList() {
+ServerListGettingResult fullList()
+{
     return ServerListMaker()
         .country(13, QStringLiteral("DE"), QStringLiteral("Germany"))
         .country(15, QStringLiteral("FR"), QStringLiteral("France"))
@@ -37,7 +38,8 @@ ServerListGettingResult fullList() {
         .list();
 }
 
-ServerListGettingResult recommendedList() {
+ServerListGettingResult recommendedList()
+{
     return ServerListMaker()
         .country(15, QStringLiteral("FR"), QStringLiteral("France"))
         .server(15, QStringLiteral("fr-1"), 0, true, true)
@@ -95,12 +97,14 @@ private:
     int m_passwordReads = 0;
 };
 
-void TestCliApp::initTestCase() {
+void TestCliApp::initTestCase()
+{
     QVERIFY(m_english.load(QStringLiteral(":/translations/eng")));
     QCoreApplication::installTranslator(&m_english);
 }
 
-void TestCliApp::init() {
+void TestCliApp::init()
+{
     m_app.reset();
     m_fixture = std::make_unique<ManagerFixture>();
     m_fixture->answerReachable(fullList(), recommendedList());
@@ -111,13 +115,15 @@ void TestCliApp::init() {
     m_passwordReads = 0;
 }
 
-void TestCliApp::cleanup() {
+void TestCliApp::cleanup()
+{
     m_app.reset();
     m_fixture.reset();
 }
 
 int TestCliApp::run(const QStringList& arguments, const QString& password,
-                    const std::function<void(CliApp&)>& beforeRun) {
+                    const std::function<void(CliApp&)>& beforeRun)
+{
     CliOptions options;
     QString error;
     if (!CliOptions::parse(arguments, options, error)) {
@@ -150,7 +156,8 @@ int TestCliApp::run(const QStringList& arguments, const QString& password,
     return m_app->run();
 }
 
-QVector<QJsonObject> TestCliApp::jsonLines() const {
+QVector<QJsonObject> TestCliApp::jsonLines() const
+{
     QVector<QJsonObject> lines;
     for (const QByteArray& line : m_out.split('\n')) {
         if (line.isEmpty())
@@ -166,12 +173,14 @@ QVector<QJsonObject> TestCliApp::jsonLines() const {
     return lines;
 }
 
-QJsonObject TestCliApp::lastJson() const {
+QJsonObject TestCliApp::lastJson() const
+{
     const QVector<QJsonObject> lines = jsonLines();
     return lines.isEmpty() ? QJsonObject() : lines.last();
 }
 
-QStringList TestCliApp::events() const {
+QStringList TestCliApp::events() const
+{
     QStringList names;
     for (const QJsonObject& line : jsonLines()) {
         const QString event = line.value(QStringLiteral("event")).toString();
@@ -189,7 +198,8 @@ QStringList TestCliApp::events() const {
     return names;
 }
 
-void TestCliApp::statusExitCodes_data() {
+void TestCliApp::statusExitCodes_data()
+{
     QTest::addColumn<int>("status");
     QTest::addColumn<bool>("isProtected");
     QTest::addColumn<int>("exitCode");
@@ -199,7 +209,8 @@ void TestCliApp::statusExitCodes_data() {
     QTest::newRow("no answer") << int(RequestResult::NoInternet) << true << int(NoConnection);
 }
 
-void TestCliApp::statusExitCodes() {
+void TestCliApp::statusExitCodes()
+{
     QFETCH(int, status);
     QFETCH(bool, isProtected);
     QFETCH(int, exitCode);
@@ -226,7 +237,8 @@ void TestCliApp::statusExitCodes() {
     }
 }
 
-void TestCliApp::logoutKeepsEmail() {
+void TestCliApp::logoutKeepsEmail()
+{
     tavero::Settings settings;
     settings.setEmail(QStringLiteral("user@vpn.test"));
     settings.setToken(QStringLiteral("token-1"));
@@ -238,7 +250,8 @@ void TestCliApp::logoutKeepsEmail() {
     QCOMPARE(m_fixture->exchanges(), 0);
 }
 
-void TestCliApp::serversNeedStoredLogin() {
+void TestCliApp::serversNeedStoredLogin()
+{
     QCOMPARE(run({"--json", "servers"}), int(NotLoggedIn));
     QCOMPARE(lastJson().value("ok").toBool(true), false);
     QCOMPARE(m_fixture->exchanges(), 0);
@@ -257,7 +270,8 @@ void TestCliApp::serversNeedStoredLogin() {
     QCOMPARE(run({"--json", "servers"}), int(NoConnection));
 }
 
-void TestCliApp::serversListRecommendedFirst() {
+void TestCliApp::serversListRecommendedFirst()
+{
     storeToken();
     QCOMPARE(run({"--json", "servers"}), int(Success));
     const QJsonObject json = lastJson();
@@ -287,7 +301,8 @@ void TestCliApp::serversListRecommendedFirst() {
     QCOMPARE(m_fixture->api().flagCalls(), 0);
 }
 
-void TestCliApp::serversAsText() {
+void TestCliApp::serversAsText()
+{
     storeToken();
     QCOMPARE(run({"servers"}), int(Success));
     const QString text = QString::fromUtf8(m_out);
@@ -298,7 +313,8 @@ void TestCliApp::serversAsText() {
     QVERIFY(text.contains(QLatin1String("Current server: fr-1")));
 }
 
-void TestCliApp::loginOutcomes_data() {
+void TestCliApp::loginOutcomes_data()
+{
     QTest::addColumn<int>("status");
     QTest::addColumn<QString>("serverMessage");
     QTest::addColumn<int>("exitCode");
@@ -315,7 +331,8 @@ void TestCliApp::loginOutcomes_data() {
                               << QStringLiteral("Connection failed. Check network connection.");
 }
 
-void TestCliApp::loginOutcomes() {
+void TestCliApp::loginOutcomes()
+{
     QFETCH(int, status);
     QFETCH(QString, serverMessage);
     QFETCH(int, exitCode);
@@ -341,14 +358,16 @@ void TestCliApp::loginOutcomes() {
     QVERIFY(!m_err.contains("pass word"));
 }
 
-void TestCliApp::loginWithoutPasswordAsksNothingOfTheService() {
+void TestCliApp::loginWithoutPasswordAsksNothingOfTheService()
+{
     QCOMPARE(run({"login", "user@vpn.test"}, QString()), int(UsageError));
     QCOMPARE(m_passwordReads, 1);
     QCOMPARE(m_fixture->api().calls(QStringLiteral("loginByEmail")), 0);
     QVERIFY(m_err.startsWith("tavero-cli: no password"));
 }
 
-void TestCliApp::connectToUnknownOrEmptyCountry_data() {
+void TestCliApp::connectToUnknownOrEmptyCountry_data()
+{
     QTest::addColumn<QString>("country");
     QTest::addColumn<QString>("error");
     QTest::newRow("unknown") << QStringLiteral("zz")
@@ -358,7 +377,8 @@ void TestCliApp::connectToUnknownOrEmptyCountry_data() {
         << QStringLiteral("No available servers in this country. Please select another one");
 }
 
-void TestCliApp::connectToUnknownOrEmptyCountry() {
+void TestCliApp::connectToUnknownOrEmptyCountry()
+{
     QFETCH(QString, country);
     QFETCH(QString, error);
     storeToken();
@@ -367,7 +387,8 @@ void TestCliApp::connectToUnknownOrEmptyCountry() {
     QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 0);
 }
 
-void TestCliApp::connectFailureEndsAtOnce() {
+void TestCliApp::connectFailureEndsAtOnce()
+{
     storeToken();
     m_fixture->platform().queueResult(QStringLiteral("connectIKEv2"),
                                       OperationResult(QStringLiteral("dial refused")));
@@ -377,7 +398,8 @@ void TestCliApp::connectFailureEndsAtOnce() {
              QStringLiteral("Failed to connect via any protocols"));
 }
 
-void TestCliApp::connectHoldsTunnelUntilStopped() {
+void TestCliApp::connectHoldsTunnelUntilStopped()
+{
     storeToken();
     int accountFetches = -1;
     const int exitCode = run({"--json", "connect", "--country", "de"}, QString(), [&](CliApp& app) {
@@ -403,7 +425,8 @@ void TestCliApp::connectHoldsTunnelUntilStopped() {
     QCOMPARE(m_fixture->manager().connection().mode(), ConnectionChain::Disconnected);
 }
 
-void TestCliApp::stopDuringAttemptDisconnectsAfterIt() {
+void TestCliApp::stopDuringAttemptDisconnectsAfterIt()
+{
     storeToken();
     m_fixture->platform().setConnectDelay(100);
     const int exitCode = run({"--json", "connect"}, QString(), [&](CliApp& app) {
@@ -416,7 +439,8 @@ void TestCliApp::stopDuringAttemptDisconnectsAfterIt() {
     QCOMPARE(m_fixture->manager().connection().mode(), ConnectionChain::Disconnected);
 }
 
-void TestCliApp::connectReportsReestablishing() {
+void TestCliApp::connectReportsReestablishing()
+{
     storeToken();
     bool broke = false;
     const int exitCode = run({"--json", "connect"}, QString(), [&](CliApp& app) {
@@ -444,7 +468,8 @@ void TestCliApp::connectReportsReestablishing() {
     QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 2);
 }
 
-void TestCliApp::secondCommandWhileLockHeldIsBusy() {
+void TestCliApp::secondCommandWhileLockHeldIsBusy()
+{
     QDir().mkpath(QFileInfo(CliApp::lockFilePath()).absolutePath());
     QLockFile other(CliApp::lockFilePath());
     QVERIFY(other.tryLock(0));
@@ -457,7 +482,8 @@ void TestCliApp::secondCommandWhileLockHeldIsBusy() {
     other.unlock();
 }
 
-void TestCliApp::exitCodeForResults_data() {
+void TestCliApp::exitCodeForResults_data()
+{
     QTest::addColumn<QString>("context");
     QTest::addColumn<QString>("key");
     QTest::addColumn<int>("code");
@@ -479,7 +505,8 @@ void TestCliApp::exitCodeForResults_data() {
                                      << int(OperationResult::General) << int(ConnectFailed);
 }
 
-void TestCliApp::exitCodeForResults() {
+void TestCliApp::exitCodeForResults()
+{
     QFETCH(QString, context);
     QFETCH(QString, key);
     QFETCH(int, code);

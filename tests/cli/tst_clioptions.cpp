@@ -15,7 +15,8 @@ private slots:
     void refuses();
 };
 
-void TestCliOptions::accepts_data() {
+void TestCliOptions::accepts_data()
+{
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<Command>("command");
     QTest::addColumn<QString>("email");
@@ -46,7 +47,8 @@ void TestCliOptions::accepts_data() {
                              << QString() << false;
 }
 
-void TestCliOptions::accepts() {
+void TestCliOptions::accepts()
+{
     QFETCH(QStringList, arguments);
     QFETCH(Command, command);
     QFETCH(QString, email);
@@ -62,7 +64,8 @@ void TestCliOptions::accepts() {
     QCOMPARE(options.json, json);
 }
 
-void TestCliOptions::refuses_data() {
+void TestCliOptions::refuses_data()
+{
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("errorPart");
 
@@ -85,7 +88,8 @@ void TestCliOptions::refuses_data() {
         << QStringList{"status", "now"} << QStringLiteral("unexpected argument");
 }
 
-void TestCliOptions::refuses() {
+void TestCliOptions::refuses()
+{
     QFETCH(QStringList, arguments);
     QFETCH(QString, errorPart);
 

@@ -21,7 +21,8 @@ using tavero::test::ServerListMaker;
 
 namespace {
 
-ServerListGettingResult twoServers() {
+ServerListGettingResult twoServers()
+{
     return ServerListMaker()
         .country(1, QStringLiteral("de"), QStringLiteral("Germany"))
         .server(1, QStringLiteral("de-1"), 10, true, true)
@@ -72,23 +73,27 @@ private:
     std::unique_ptr<FakeViewManager> m_view;
 };
 
-void TestPageControllers::initTestCase() {
+void TestPageControllers::initTestCase()
+{
     QVERIFY(m_english.load(QStringLiteral(":/translations/eng")));
     QCoreApplication::installTranslator(&m_english);
 }
 
-void TestPageControllers::init() {
+void TestPageControllers::init()
+{
     m_fixture = std::make_unique<ManagerFixture>();
     m_fixture->answerReachable(twoServers(), twoServers());
     m_view = std::make_unique<FakeViewManager>();
 }
 
-void TestPageControllers::cleanup() {
+void TestPageControllers::cleanup()
+{
     m_fixture.reset();
     m_view.reset();
 }
 
-void TestPageControllers::connectToFirstServer(StatusController& controller) {
+void TestPageControllers::connectToFirstServer(StatusController& controller)
+{
     QVERIFY(m_fixture->logIn());
     manager().vpnServers().setCurrServer(QStringLiteral("de-1"));
     controller.connect();
@@ -96,14 +101,16 @@ void TestPageControllers::connectToFirstServer(StatusController& controller) {
     QCOMPARE(boxes().boxes().size(), 0);
 }
 
-void TestPageControllers::cutNetworkByKillSwitch() {
+void TestPageControllers::cutNetworkByKillSwitch()
+{
     manager().settings().setKillSwitch(true);
     manager().killSwitcher().stopInternet();
     QVERIFY(manager().killSwitchWasDisconnectingTheInternet());
     m_fixture->platform().clearCalls();
 }
 
-void TestPageControllers::loginRefusedShowsAuthorizationBox() {
+void TestPageControllers::loginRefusedShowsAuthorizationBox()
+{
     m_fixture->api().loginResult.status = RequestResult::ServerError;
     m_fixture->api().loginResult.message = QStringLiteral("invalid_user_credentials");
     LoginController controller(manager(), *m_view);
@@ -119,14 +126,16 @@ void TestPageControllers::loginRefusedShowsAuthorizationBox() {
     QVERIFY(m_view->currentPage().isEmpty());
 }
 
-void TestPageControllers::loginSuccessGoesToStatus() {
+void TestPageControllers::loginSuccessGoesToStatus()
+{
     LoginController controller(manager(), *m_view);
     QVERIFY(controller.login(QStringLiteral("user@vpn.test"), QStringLiteral("secret")));
     QCOMPARE(boxes().boxes().size(), 0);
     QCOMPARE(m_view->calls(), QStringList{QStringLiteral("goToStatus(true)")});
 }
 
-void TestPageControllers::changeServerRemembersAndReportsRefreshFailure() {
+void TestPageControllers::changeServerRemembersAndReportsRefreshFailure()
+{
     QVERIFY(m_fixture->logIn());
     StatusController controller(manager(), *m_view);
     controller.changeServer();
@@ -142,7 +151,8 @@ void TestPageControllers::changeServerRemembersAndReportsRefreshFailure() {
     QCOMPARE(boxes().boxes().first().kind, FakeViewManagerUtils::Kind::Warning);
 }
 
-void TestPageControllers::sameServerWhileConnectedDoesNotReconnect() {
+void TestPageControllers::sameServerWhileConnectedDoesNotReconnect()
+{
     StatusController controller(manager(), *m_view);
     connectToFirstServer(controller);
     controller.changeServer();
@@ -153,7 +163,8 @@ void TestPageControllers::sameServerWhileConnectedDoesNotReconnect() {
     QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
 }
 
-void TestPageControllers::otherServerWhileDisconnectedDoesNotConnect() {
+void TestPageControllers::otherServerWhileDisconnectedDoesNotConnect()
+{
     QVERIFY(m_fixture->logIn());
     StatusController controller(manager(), *m_view);
     controller.changeServer();
@@ -163,7 +174,8 @@ void TestPageControllers::otherServerWhileDisconnectedDoesNotConnect() {
     QCOMPARE(manager().connection().mode(), ConnectionChain::Disconnected);
 }
 
-void TestPageControllers::otherServerWhileConnectedReconnects() {
+void TestPageControllers::otherServerWhileConnectedReconnects()
+{
     StatusController controller(manager(), *m_view);
     connectToFirstServer(controller);
     controller.changeServer();
@@ -185,7 +197,8 @@ void TestPageControllers::otherServerWhileConnectedReconnects() {
     }));
 }
 
-void TestPageControllers::connectWithoutNetworkShowsBox() {
+void TestPageControllers::connectWithoutNetworkShowsBox()
+{
     QVERIFY(m_fixture->logIn());
     m_fixture->api().internet = false;
     StatusController controller(manager(), *m_view);
@@ -197,7 +210,8 @@ void TestPageControllers::connectWithoutNetworkShowsBox() {
     QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 0);
 }
 
-void TestPageControllers::connectFailureShowsChainMessage() {
+void TestPageControllers::connectFailureShowsChainMessage()
+{
     QVERIFY(m_fixture->logIn());
     m_fixture->platform().queueResult(QStringLiteral("connectIKEv2"),
                                       OperationResult(QStringLiteral("dial refused")));
@@ -212,7 +226,8 @@ void TestPageControllers::connectFailureShowsChainMessage() {
     QCOMPARE(boxes().boxes().first().text, QStringLiteral("Failed to connect via any protocols"));
 }
 
-void TestPageControllers::connectFailureAfterKillSwitchSuggestsAnotherServer() {
+void TestPageControllers::connectFailureAfterKillSwitchSuggestsAnotherServer()
+{
     QVERIFY(m_fixture->logIn());
     // The controller's own test sees the network; the chain's test a moment later does not.
     int probes = 0;
@@ -232,7 +247,8 @@ void TestPageControllers::connectFailureAfterKillSwitchSuggestsAnotherServer() {
              QStringList{QStringLiteral("Connection failed. Check internet connection.")});
 }
 
-void TestPageControllers::connectRestoresNetworkCutByKillSwitchFirst() {
+void TestPageControllers::connectRestoresNetworkCutByKillSwitchFirst()
+{
     QVERIFY(m_fixture->logIn());
     cutNetworkByKillSwitch();
     StatusController controller(manager(), *m_view);
@@ -247,7 +263,8 @@ void TestPageControllers::connectRestoresNetworkCutByKillSwitchFirst() {
     QCOMPARE(boxes().boxes().size(), 0);
 }
 
-void TestPageControllers::connectReportsBreakWhenNetworkStaysDown() {
+void TestPageControllers::connectReportsBreakWhenNetworkStaysDown()
+{
     QVERIFY(m_fixture->logIn());
     cutNetworkByKillSwitch();
     m_fixture->platform().queueAnswer(QStringLiteral("turnOnInternet"), false);
@@ -265,7 +282,8 @@ void TestPageControllers::connectReportsBreakWhenNetworkStaysDown() {
     QCOMPARE(boxes().boxes().size(), 0);
 }
 
-void TestPageControllers::disconnectFailureShowsBox() {
+void TestPageControllers::disconnectFailureShowsBox()
+{
     StatusController controller(manager(), *m_view);
     connectToFirstServer(controller);
     m_fixture->platform().queueResult(QStringLiteral("disconnect"),
@@ -275,7 +293,8 @@ void TestPageControllers::disconnectFailureShowsBox() {
     QCOMPARE(boxes().boxes().first().title, QStringLiteral("TAVERO"));
 }
 
-void TestPageControllers::navigationPassesThrough() {
+void TestPageControllers::navigationPassesThrough()
+{
     StatusController controller(manager(), *m_view);
     controller.showSettings();
     controller.showInformation();
@@ -285,7 +304,8 @@ void TestPageControllers::navigationPassesThrough() {
                           QStringLiteral("goToServerSelection")}));
 }
 
-void TestPageControllers::fixSettings_data() {
+void TestPageControllers::fixSettings_data()
+{
     QTest::addColumn<int>("stored");
     QTest::addColumn<int>("fixed");
 
@@ -295,7 +315,8 @@ void TestPageControllers::fixSettings_data() {
     QTest::newRow("all") << 31 << 31;
 }
 
-void TestPageControllers::fixSettings() {
+void TestPageControllers::fixSettings()
+{
     QFETCH(int, stored);
     QFETCH(int, fixed);
     manager().settings().setProtocolTypes(QFlags<ProtocolType>(stored));
@@ -306,7 +327,8 @@ void TestPageControllers::fixSettings() {
     QCOMPARE(int(tavero::Settings().protocolTypes()), fixed);
 }
 
-void TestPageControllers::logOutKeepsEmail() {
+void TestPageControllers::logOutKeepsEmail()
+{
     QVERIFY(m_fixture->logIn());
     SettingsController controller(manager(), *m_view);
     controller.logOut();

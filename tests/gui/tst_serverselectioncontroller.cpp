@@ -18,7 +18,8 @@ using tavero::test::ServerListMaker;
 
 namespace {
 
-QByteArray pngBytes() {
+QByteArray pngBytes()
+{
     QImage image(4, 3, QImage::Format_RGB32);
     image.fill(Qt::blue);
     QByteArray bytes;
@@ -30,7 +31,8 @@ QByteArray pngBytes() {
 
 // Germany: de-1 (second in the reply), de-2, de-3 all available, plus one unavailable; France:
 // one available server; Netherlands: nothing available; Austria: no servers at all.
-ServerListMaker fullMaker() {
+ServerListMaker fullMaker()
+{
     ServerListMaker maker;
     maker.country(13, QStringLiteral("de"), QStringLiteral("Germany"))
         .country(15, QStringLiteral("fr"), QStringLiteral("France"))
@@ -45,7 +47,8 @@ ServerListMaker fullMaker() {
     return maker;
 }
 
-ServerListGettingResult recommendedList() {
+ServerListGettingResult recommendedList()
+{
     // The service recommends de-3 for Germany although de-1 is less loaded overall.
     return ServerListMaker()
         .country(13, QStringLiteral("de"), QStringLiteral("Germany"))
@@ -85,12 +88,14 @@ private:
     std::unique_ptr<ServerSelectionController> m_controller;
 };
 
-void TestServerSelectionController::initTestCase() {
+void TestServerSelectionController::initTestCase()
+{
     QVERIFY(m_english.load(QStringLiteral(":/translations/eng")));
     QCoreApplication::installTranslator(&m_english);
 }
 
-void TestServerSelectionController::init() {
+void TestServerSelectionController::init()
+{
     m_fixture = std::make_unique<ManagerFixture>();
     m_fixture->answerReachable(fullMaker().list(), recommendedList());
     m_fixture->api().flagPicture = pngBytes();
@@ -99,13 +104,15 @@ void TestServerSelectionController::init() {
     QVERIFY(m_fixture->logIn());
 }
 
-void TestServerSelectionController::cleanup() {
+void TestServerSelectionController::cleanup()
+{
     m_controller.reset();
     m_view.reset();
     m_fixture.reset();
 }
 
-void TestServerSelectionController::receiveServersFetchesBothLists() {
+void TestServerSelectionController::receiveServersFetchesBothLists()
+{
     const int full = m_fixture->api().calls(QStringLiteral("receiveServerList"));
     const int recommended = m_fixture->api().calls(QStringLiteral("receiveRecommendedServerList"));
     const ServersPresentationData data = m_controller->receiveServers();
@@ -135,7 +142,8 @@ void TestServerSelectionController::receiveServersFetchesBothLists() {
     QCOMPARE(m_fixture->api().lastFlagSize, FlagPictureSize::Small);
 }
 
-void TestServerSelectionController::receiveServersUsesHeldListsWhileKillSwitchHoldsNetwork() {
+void TestServerSelectionController::receiveServersUsesHeldListsWhileKillSwitchHoldsNetwork()
+{
     manager().settings().setKillSwitch(true);
     manager().killSwitcher().stopInternet();
     QVERIFY(manager().killSwitcher().isInternetOff());
@@ -150,7 +158,8 @@ void TestServerSelectionController::receiveServersUsesHeldListsWhileKillSwitchHo
     QCOMPARE(data.recommended.size(), 1);
 }
 
-void TestServerSelectionController::undecodableFlagGivesNullImage() {
+void TestServerSelectionController::undecodableFlagGivesNullImage()
+{
     m_fixture->api().flagPicture = QByteArrayLiteral("not a picture");
     QVERIFY(m_controller->countryPixmapFromCode(QStringLiteral("de")).isNull());
     m_fixture->api().flagPicture.clear();
@@ -159,7 +168,8 @@ void TestServerSelectionController::undecodableFlagGivesNullImage() {
     QCOMPARE(m_controller->countryPixmapFromCode(QStringLiteral("de")).size(), QSize(4, 3));
 }
 
-void TestServerSelectionController::countryLoadings() {
+void TestServerSelectionController::countryLoadings()
+{
     // A server listed under a country the list does not know is skipped.
     m_fixture->api().serverList = fullMaker().server(99, QStringLiteral("xx-1"), 1).list();
     const int fetches = m_fixture->api().calls(QStringLiteral("receiveServerList"));
@@ -170,7 +180,8 @@ void TestServerSelectionController::countryLoadings() {
     QCOMPARE(loadings, expected);
 }
 
-void TestServerSelectionController::countrySelectionPrefersRecommended() {
+void TestServerSelectionController::countrySelectionPrefersRecommended()
+{
     QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
     m_controller->onCountrySelection(QStringLiteral("de"));
     QCOMPARE(manager().settings().serverName(), QStringLiteral("de-3"));
@@ -179,20 +190,23 @@ void TestServerSelectionController::countrySelectionPrefersRecommended() {
     QCOMPARE(m_view->fakeUtils().boxes().size(), 0);
 }
 
-void TestServerSelectionController::countrySelectionFallsBackToFullList() {
+void TestServerSelectionController::countrySelectionFallsBackToFullList()
+{
     m_controller->onCountrySelection(QStringLiteral("fr"));
     QCOMPARE(manager().settings().serverName(), QStringLiteral("fr-1"));
     QCOMPARE(m_view->currentPage(), QStringLiteral("goToStatus(false)"));
 }
 
-void TestServerSelectionController::countryWithoutAvailableServerShowsBox_data() {
+void TestServerSelectionController::countryWithoutAvailableServerShowsBox_data()
+{
     QTest::addColumn<QString>("code");
     QTest::newRow("nothing available") << QStringLiteral("nl");
     QTest::newRow("no servers") << QStringLiteral("at");
     QTest::newRow("unknown country") << QStringLiteral("zz");
 }
 
-void TestServerSelectionController::countryWithoutAvailableServerShowsBox() {
+void TestServerSelectionController::countryWithoutAvailableServerShowsBox()
+{
     QFETCH(QString, code);
     const QString before = manager().settings().serverName();
     QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
@@ -211,7 +225,8 @@ void TestServerSelectionController::countryWithoutAvailableServerShowsBox() {
     QVERIFY(m_view->calls().isEmpty());
 }
 
-void TestServerSelectionController::switchToNextServer_data() {
+void TestServerSelectionController::switchToNextServer_data()
+{
     QTest::addColumn<QString>("current");
     QTest::addColumn<QString>("next");
 
@@ -221,7 +236,8 @@ void TestServerSelectionController::switchToNextServer_data() {
     QTest::newRow("third wraps to first") << QStringLiteral("de-3") << QStringLiteral("de-2");
 }
 
-void TestServerSelectionController::switchToNextServer() {
+void TestServerSelectionController::switchToNextServer()
+{
     QFETCH(QString, current);
     QFETCH(QString, next);
     selector().setCurrServer(current);
@@ -230,7 +246,8 @@ void TestServerSelectionController::switchToNextServer() {
     QVERIFY(m_view->calls().isEmpty());
 }
 
-void TestServerSelectionController::switchWithOnlyCurrentServerChangesNothing() {
+void TestServerSelectionController::switchWithOnlyCurrentServerChangesNothing()
+{
     selector().setCurrServer(QStringLiteral("fr-1"));
     QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
     QTest::ignoreMessage(QtDebugMsg,
@@ -240,7 +257,8 @@ void TestServerSelectionController::switchWithOnlyCurrentServerChangesNothing() 
     QCOMPARE(changed.count(), 0);
 }
 
-void TestServerSelectionController::multiserverCountry() {
+void TestServerSelectionController::multiserverCountry()
+{
     selector().setCurrServer(QStringLiteral("de-1"));
     QVERIFY(m_controller->isMultiserverCountry());
     selector().setCurrServer(QStringLiteral("fr-1"));

@@ -10,7 +10,8 @@ private slots:
     void usableProtocolTypes();
 };
 
-void TestProtocolChoice::isOneFlagSetted_data() {
+void TestProtocolChoice::isOneFlagSetted_data()
+{
     QTest::addColumn<quint64>("value");
     QTest::addColumn<bool>("one");
 
@@ -25,13 +26,15 @@ void TestProtocolChoice::isOneFlagSetted_data() {
     QTest::newRow("top two bits") << (quint64(3) << 62) << false;
 }
 
-void TestProtocolChoice::isOneFlagSetted() {
+void TestProtocolChoice::isOneFlagSetted()
+{
     QFETCH(quint64, value);
     QFETCH(bool, one);
     QCOMPARE(utils::isOneFlagSetted(value), one);
 }
 
-void TestProtocolChoice::usableProtocolTypes_data() {
+void TestProtocolChoice::usableProtocolTypes_data()
+{
     QTest::addColumn<int>("stored");
     QTest::addColumn<int>("usable");
 
@@ -46,7 +49,8 @@ void TestProtocolChoice::usableProtocolTypes_data() {
     QTest::newRow("all plus unknown becomes all") << 63 << 31;
 }
 
-void TestProtocolChoice::usableProtocolTypes() {
+void TestProtocolChoice::usableProtocolTypes()
+{
     QFETCH(int, stored);
     QFETCH(int, usable);
     const QFlags<ProtocolType> result = utils::usableProtocolTypes(QFlags<ProtocolType>(stored));

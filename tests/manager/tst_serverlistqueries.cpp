@@ -7,7 +7,8 @@ using tavero::test::ServerListMaker;
 
 namespace {
 
-VpnServerInformation server(const QString& name, int load, bool available) {
+VpnServerInformation server(const QString& name, int load, bool available)
+{
     VpnServerInformation info;
     info.name = name;
     info.load = load;
@@ -31,7 +32,8 @@ private slots:
     void countryNameByCode();
 };
 
-void TestServerListQueries::bestServerIndex_data() {
+void TestServerListQueries::bestServerIndex_data()
+{
     QTest::addColumn<QVector<VpnServerInformation>>("servers");
     QTest::addColumn<int>("best");
 
@@ -59,13 +61,15 @@ void TestServerListQueries::bestServerIndex_data() {
                                  << 1;
 }
 
-void TestServerListQueries::bestServerIndex() {
+void TestServerListQueries::bestServerIndex()
+{
     QFETCH(QVector<VpnServerInformation>, servers);
     QFETCH(int, best);
     QCOMPARE(ServerListQueries::bestServerIndex(servers), best);
 }
 
-void TestServerListQueries::loadingText_data() {
+void TestServerListQueries::loadingText_data()
+{
     QTest::addColumn<int>("load");
     QTest::addColumn<bool>("available");
     QTest::addColumn<QString>("text");
@@ -76,7 +80,8 @@ void TestServerListQueries::loadingText_data() {
     QTest::newRow("unavailable") << 37 << false << QString();
 }
 
-void TestServerListQueries::loadingText() {
+void TestServerListQueries::loadingText()
+{
     QFETCH(int, load);
     QFETCH(bool, available);
     QFETCH(QString, text);
@@ -85,7 +90,8 @@ void TestServerListQueries::loadingText() {
     QCOMPARE(actual.isNull(), text.isNull());
 }
 
-void TestServerListQueries::bestServerNameByCountryCode_data() {
+void TestServerListQueries::bestServerNameByCountryCode_data()
+{
     QTest::addColumn<QString>("code");
     QTest::addColumn<QString>("name");
 
@@ -96,7 +102,8 @@ void TestServerListQueries::bestServerNameByCountryCode_data() {
     QTest::newRow("no available server") << QStringLiteral("nl") << QString();
 }
 
-void TestServerListQueries::bestServerNameByCountryCode() {
+void TestServerListQueries::bestServerNameByCountryCode()
+{
     QFETCH(QString, code);
     QFETCH(QString, name);
     ServerListMaker maker;
@@ -110,7 +117,8 @@ void TestServerListQueries::bestServerNameByCountryCode() {
     QCOMPARE(ServerListQueries::bestServerNameByCountryCode(maker.list(), code), name);
 }
 
-void TestServerListQueries::countryNameByCode() {
+void TestServerListQueries::countryNameByCode()
+{
     ServerListMaker maker;
     maker.country(1, QStringLiteral("de"), QStringLiteral("Germany"));
     QCOMPARE(ServerListQueries::countryNameByCode(maker.list(), QStringLiteral("de")),

@@ -13,7 +13,8 @@ namespace {
 
 // `count` countries with ids counting down from 1000, so map order (ascending id) is the reverse of
 // name order; each has three servers.
-ServerListGettingResult makeCountries(int count) {
+ServerListGettingResult makeCountries(int count)
+{
     ServerListMaker maker;
     for (int i = 0; i < count; ++i) {
         const int id = 1000 - i;
@@ -31,7 +32,8 @@ struct WorkerLog {
     QMap<int, QVector<int>> countriesByWorker;
     QSet<Qt::HANDLE> threads;
 
-    ServerRowBuilder::RowObserver observer() {
+    ServerRowBuilder::RowObserver observer()
+    {
         return [this](int worker, int countryId) {
             const QMutexLocker locker(&mutex);
             countriesByWorker[worker].append(countryId);
@@ -40,7 +42,8 @@ struct WorkerLog {
     }
 };
 
-QImage flagFor(const QString& code) {
+QImage flagFor(const QString& code)
+{
     // A 1-pixel-high picture as wide as the code is long, so each row's flag is recognisable.
     QImage image(code.size() + 1, 1, QImage::Format_RGB32);
     image.fill(Qt::red);
@@ -63,7 +66,8 @@ private slots:
     void keepsEveryRowUnderLoad();
 };
 
-void TestServerRowBuilder::splitsCountriesAmongWorkers_data() {
+void TestServerRowBuilder::splitsCountriesAmongWorkers_data()
+{
     QTest::addColumn<int>("countries");
     QTest::addColumn<int>("threads");
     QTest::addColumn<QVector<int>>("sizes");
@@ -82,7 +86,8 @@ void TestServerRowBuilder::splitsCountriesAmongWorkers_data() {
     QTest::newRow("zero workers count as one") << 7 << 0 << QVector<int>{7};
 }
 
-void TestServerRowBuilder::splitsCountriesAmongWorkers() {
+void TestServerRowBuilder::splitsCountriesAmongWorkers()
+{
     QFETCH(int, countries);
     QFETCH(int, threads);
     QFETCH(QVector<int>, sizes);
@@ -99,7 +104,8 @@ void TestServerRowBuilder::splitsCountriesAmongWorkers() {
     QCOMPARE(expectedFirst, countries);
 }
 
-void TestServerRowBuilder::workersBuildTheirShare_data() {
+void TestServerRowBuilder::workersBuildTheirShare_data()
+{
     QTest::addColumn<int>("countries");
     QTest::addColumn<int>("perWorker");
     QTest::addColumn<int>("lastWorker");
@@ -108,7 +114,8 @@ void TestServerRowBuilder::workersBuildTheirShare_data() {
     QTest::newRow("5 countries") << 5 << 0 << 5;
 }
 
-void TestServerRowBuilder::workersBuildTheirShare() {
+void TestServerRowBuilder::workersBuildTheirShare()
+{
     QFETCH(int, countries);
     QFETCH(int, perWorker);
     QFETCH(int, lastWorker);
@@ -137,7 +144,8 @@ void TestServerRowBuilder::workersBuildTheirShare() {
         QVERIFY(log.threads.size() > 1);
 }
 
-void TestServerRowBuilder::sortsRowsByNameAndServersByName() {
+void TestServerRowBuilder::sortsRowsByNameAndServersByName()
+{
     ServerListMaker maker;
     maker.country(1, QStringLiteral("zz"), QStringLiteral("Zambia"))
         .country(2, QStringLiteral("aa"), QStringLiteral("Albania"))
@@ -165,7 +173,8 @@ void TestServerRowBuilder::sortsRowsByNameAndServersByName() {
                                  QStringLiteral("Zambia"), QStringLiteral("latvia")}));
 }
 
-void TestServerRowBuilder::attachesEachCountrysFlag() {
+void TestServerRowBuilder::attachesEachCountrysFlag()
+{
     QMutex mutex;
     QStringList asked;
     ServerRowBuilder builder([&](const QString& code) {
@@ -189,7 +198,8 @@ void TestServerRowBuilder::attachesEachCountrysFlag() {
     QCOMPARE(asked, (QStringList{QStringLiteral("de"), QStringLiteral("nld")}));
 }
 
-void TestServerRowBuilder::missingCountryGivesDefaultRow() {
+void TestServerRowBuilder::missingCountryGivesDefaultRow()
+{
     ServerListMaker maker;
     maker.country(1, QStringLiteral("de"), QStringLiteral("Germany"))
         .server(1, QStringLiteral("de-1"), 1)
@@ -205,7 +215,8 @@ void TestServerRowBuilder::missingCountryGivesDefaultRow() {
     QCOMPARE(rows[1].country.name, QStringLiteral("Germany"));
 }
 
-void TestServerRowBuilder::withoutLoaderFlagsStayNull() {
+void TestServerRowBuilder::withoutLoaderFlagsStayNull()
+{
     const QVector<CountryPresentationData> rows =
         ServerRowBuilder(ServerRowBuilder::FlagLoader(), 1).build(makeCountries(3));
     QCOMPARE(rows.size(), 3);
@@ -213,7 +224,8 @@ void TestServerRowBuilder::withoutLoaderFlagsStayNull() {
         QVERIFY(row.flagImage.isNull());
 }
 
-void TestServerRowBuilder::keepsEveryRowUnderLoad() {
+void TestServerRowBuilder::keepsEveryRowUnderLoad()
+{
     // Slow flag loads make the workers overlap while appending.
     ServerRowBuilder builder([](const QString& code) {
         QThread::usleep(200);

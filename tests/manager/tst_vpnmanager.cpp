@@ -12,7 +12,8 @@ using tavero::test::ServerListMaker;
 
 namespace {
 
-ServerListGettingResult oneCountry() {
+ServerListGettingResult oneCountry()
+{
     return ServerListMaker()
         .country(1, QStringLiteral("de"), QStringLiteral("Germany"))
         .server(1, QStringLiteral("de-1"), 10, true, true)
@@ -47,21 +48,25 @@ private:
     std::unique_ptr<ManagerFixture> m_fixture;
 };
 
-void TestVpnManager::initTestCase() {
+void TestVpnManager::initTestCase()
+{
     QVERIFY(m_english.load(QStringLiteral(":/translations/eng")));
     QCoreApplication::installTranslator(&m_english);
 }
 
-void TestVpnManager::init() {
+void TestVpnManager::init()
+{
     m_fixture = std::make_unique<ManagerFixture>();
     m_fixture->answerReachable(oneCountry(), oneCountry());
 }
 
-void TestVpnManager::cleanup() {
+void TestVpnManager::cleanup()
+{
     m_fixture.reset();
 }
 
-void TestVpnManager::loginFailureMessages_data() {
+void TestVpnManager::loginFailureMessages_data()
+{
     QTest::addColumn<int>("status");
     QTest::addColumn<QString>("serverMessage");
     QTest::addColumn<QString>("text");
@@ -82,7 +87,8 @@ void TestVpnManager::loginFailureMessages_data() {
         << QStringLiteral("Version headers error. Update this programm");
 }
 
-void TestVpnManager::loginFailureMessages() {
+void TestVpnManager::loginFailureMessages()
+{
     QFETCH(int, status);
     QFETCH(QString, serverMessage);
     QFETCH(QString, text);
@@ -99,7 +105,8 @@ void TestVpnManager::loginFailureMessages() {
     QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), 0);
 }
 
-void TestVpnManager::everyLoginChecksTheAddressAfresh() {
+void TestVpnManager::everyLoginChecksTheAddressAfresh()
+{
     QVERIFY(m_fixture->logIn());
     QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveIp")), 1);
     m_fixture->api().ipResult.ip = QStringLiteral("198.51.100.9");
@@ -110,7 +117,8 @@ void TestVpnManager::everyLoginChecksTheAddressAfresh() {
     QCOMPARE(m_fixture->api().lastRecommendedIp, QStringLiteral("198.51.100.9"));
 }
 
-void TestVpnManager::loginStoresTokenAndEmail() {
+void TestVpnManager::loginStoresTokenAndEmail()
+{
     QVERIFY(m_fixture->logIn());
     tavero::ISettings& settings = m_fixture->manager().settings();
     QCOMPARE(settings.token(), QStringLiteral("token-1"));
@@ -118,13 +126,15 @@ void TestVpnManager::loginStoresTokenAndEmail() {
     QCOMPARE(settings.serverName(), QStringLiteral("de-1"));
 }
 
-void TestVpnManager::autoLoginWithoutTokenMakesNoExchange() {
+void TestVpnManager::autoLoginWithoutTokenMakesNoExchange()
+{
     QVERIFY(!m_fixture->manager().tryAutoLoginOnRestart());
     QCOMPARE(m_fixture->exchanges(), 0);
     QCOMPARE(m_fixture->api().calls(QStringLiteral("setToken")), 0);
 }
 
-void TestVpnManager::autoLoginUsesStoredToken() {
+void TestVpnManager::autoLoginUsesStoredToken()
+{
     m_fixture->manager().settings().setToken(QStringLiteral("stored-token"));
     m_fixture->api().currentToken.clear();
     QVERIFY(m_fixture->manager().tryAutoLoginOnRestart());
@@ -133,7 +143,8 @@ void TestVpnManager::autoLoginUsesStoredToken() {
     QCOMPARE(m_fixture->manager().vpnServers().servers().status, int(RequestResult::Ok));
 }
 
-void TestVpnManager::autoLoginStopsWhenAddressCheckFails() {
+void TestVpnManager::autoLoginStopsWhenAddressCheckFails()
+{
     m_fixture->manager().settings().setToken(QStringLiteral("stored-token"));
     m_fixture->api().ipResult.status = RequestResult::NoInternet;
     QVERIFY(!m_fixture->manager().tryAutoLoginOnRestart());
@@ -141,7 +152,8 @@ void TestVpnManager::autoLoginStopsWhenAddressCheckFails() {
     QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveAccountInfo")), 0);
 }
 
-void TestVpnManager::connectWithoutServerListLeavesChainAlone_data() {
+void TestVpnManager::connectWithoutServerListLeavesChainAlone_data()
+{
     QTest::addColumn<int>("status");
     QTest::addColumn<QString>("text");
 
@@ -153,7 +165,8 @@ void TestVpnManager::connectWithoutServerListLeavesChainAlone_data() {
                                 << QStringLiteral("Unable to get information about VPN servers.");
 }
 
-void TestVpnManager::connectWithoutServerListLeavesChainAlone() {
+void TestVpnManager::connectWithoutServerListLeavesChainAlone()
+{
     QFETCH(int, status);
     QFETCH(QString, text);
     m_fixture->api().serverList = ServerListMaker().list(status);
@@ -170,7 +183,8 @@ void TestVpnManager::connectWithoutServerListLeavesChainAlone() {
     QCOMPARE(m_fixture->manager().connection().mode(), tavero::ConnectionChain::Disconnected);
 }
 
-void TestVpnManager::connectReachesConnectedThroughTheChain() {
+void TestVpnManager::connectReachesConnectedThroughTheChain()
+{
     QVERIFY(m_fixture->logIn());
     QVERIFY(m_fixture->connect());
     QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 1);
@@ -181,7 +195,8 @@ void TestVpnManager::connectReachesConnectedThroughTheChain() {
     QVERIFY(!m_fixture->manager().isConnected());
 }
 
-void TestVpnManager::addressTextsBeforeAnyCheck() {
+void TestVpnManager::addressTextsBeforeAnyCheck()
+{
     QCOMPARE(m_fixture->manager().ipAdress(), QStringLiteral("Is not defined"));
     QVERIFY(m_fixture->manager().countryCode().isEmpty());
     QCOMPARE(m_fixture->manager().isProtectedText(), QStringLiteral("Unprotected"));

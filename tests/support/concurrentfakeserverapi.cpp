@@ -5,7 +5,8 @@
 namespace tavero::test {
 
 QByteArray ConcurrentFakeServerApi::receiveFlagPicture(const QString& countryCode,
-                                                       FlagPictureSize size) {
+                                                       FlagPictureSize size)
+{
     const QMutexLocker locker(&m_flagMutex);
     m_flagCodes << countryCode;
     lastFlagCountryCode = countryCode;
@@ -13,12 +14,14 @@ QByteArray ConcurrentFakeServerApi::receiveFlagPicture(const QString& countryCod
     return flagPicture;
 }
 
-int ConcurrentFakeServerApi::flagCalls() const {
+int ConcurrentFakeServerApi::flagCalls() const
+{
     const QMutexLocker locker(&m_flagMutex);
     return m_flagCodes.size();
 }
 
-QStringList ConcurrentFakeServerApi::flagCodes() const {
+QStringList ConcurrentFakeServerApi::flagCodes() const
+{
     const QMutexLocker locker(&m_flagMutex);
     return m_flagCodes;
 }

@@ -8,7 +8,8 @@
 
 namespace tavero::test {
 
-ManagerFixture::ManagerFixture() {
+ManagerFixture::ManagerFixture()
+{
     TestEnvironment::clearSettings();
     PlatformOverrides::setAdministrator(true);
     PlatformOverrides::setRdpListening(false);
@@ -20,18 +21,21 @@ ManagerFixture::ManagerFixture() {
     m_managerView = m_manager.get();
 }
 
-std::unique_ptr<VpnManager> ManagerFixture::releaseManager() {
+std::unique_ptr<VpnManager> ManagerFixture::releaseManager()
+{
     return std::move(m_manager);
 }
 
-ManagerFixture::~ManagerFixture() {
+ManagerFixture::~ManagerFixture()
+{
     m_manager.reset();
     PlatformOverrides::setAdministrator(std::nullopt);
     PlatformOverrides::setRdpListening(std::nullopt);
     ServerApi::setIsOpenVpnAllowed(true);
 }
 
-ConnectionChain::Options ManagerFixture::quietChainOptions() {
+ConnectionChain::Options ManagerFixture::quietChainOptions()
+{
     ConnectionChain::Options options;
     options.keeperIntervalMs = 3600 * 1000;
     options.reestablishIntervalMs = 3600 * 1000;
@@ -41,8 +45,8 @@ ConnectionChain::Options ManagerFixture::quietChainOptions() {
 }
 
 void ManagerFixture::answerReachable(const ServerListGettingResult& all,
-                                     const ServerListGettingResult& recommended,
-                                     const QString& ip) {
+                                     const ServerListGettingResult& recommended, const QString& ip)
+{
     m_api.loginResult.status = RequestResult::Ok;
     m_api.loginResult.token = QStringLiteral("token-1");
     m_api.currentToken = QStringLiteral("token-1");
@@ -59,17 +63,20 @@ void ManagerFixture::answerReachable(const ServerListGettingResult& all,
     m_api.internet = true;
 }
 
-bool ManagerFixture::logIn() {
+bool ManagerFixture::logIn()
+{
     return m_managerView->loginByEmail(QStringLiteral("user@vpn.test"), QStringLiteral("secret"))
         .isSuccess;
 }
 
-bool ManagerFixture::connect() {
+bool ManagerFixture::connect()
+{
     return m_managerView->connect().isSuccess &&
            m_managerView->connection().mode() == ConnectionChain::Connected;
 }
 
-int ManagerFixture::exchanges() const {
+int ManagerFixture::exchanges() const
+{
     int total = m_api.flagCalls();
     for (const char* operation :
          {"loginByEmail", "receiveIp", "receiveAccountInfo", "receiveServerList",

@@ -2,7 +2,8 @@
 
 namespace tavero::test {
 
-ServerListMaker& ServerListMaker::country(int id, const QString& code, const QString& name) {
+ServerListMaker& ServerListMaker::country(int id, const QString& code, const QString& name)
+{
     CountryInformation country;
     country.id = id;
     country.code = code;
@@ -14,7 +15,8 @@ ServerListMaker& ServerListMaker::country(int id, const QString& code, const QSt
 }
 
 ServerListMaker& ServerListMaker::server(int countryId, const QString& name, int load,
-                                         bool available, bool recommended) {
+                                         bool available, bool recommended)
+{
     VpnServerInformation server;
     server.countryId = countryId;
     server.name = name;
@@ -29,7 +31,8 @@ ServerListMaker& ServerListMaker::server(int countryId, const QString& name, int
     return *this;
 }
 
-ServerListGettingResult ServerListMaker::list(int status) const {
+ServerListGettingResult ServerListMaker::list(int status) const
+{
     ServerListGettingResult list = m_list;
     list.status = status;
     return list;

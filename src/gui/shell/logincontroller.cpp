@@ -8,9 +8,11 @@
 
 LoginController::LoginController(tavero::VpnManager& manager, IViewManager& viewManager)
     : m_manager(manager)
-    , m_viewManager(viewManager) {}
+    , m_viewManager(viewManager)
+{}
 
-bool LoginController::login(const QString& email, const QString& password) {
+bool LoginController::login(const QString& email, const QString& password)
+{
     const OperationResult result = m_manager.loginByEmail(email, password);
     if (!result.isSuccess) {
         m_viewManager.utils()->warning(tr("label.authorization"), result.message, QMessageBox::Ok,

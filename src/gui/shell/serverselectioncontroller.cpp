@@ -14,9 +14,11 @@ using tavero::ServerListQueries;
 ServerSelectionController::ServerSelectionController(tavero::VpnManager& manager,
                                                      IViewManager& viewManager)
     : m_manager(manager)
-    , m_viewManager(viewManager) {}
+    , m_viewManager(viewManager)
+{}
 
-ServersPresentationData ServerSelectionController::receiveServers() {
+ServersPresentationData ServerSelectionController::receiveServers()
+{
     tavero::VpnServerSelector& selector = m_manager.vpnServers();
     if (m_manager.killSwitcher().isInternetOff()) {
         qDebug() << "kill switch is triggered get servser from cache";
@@ -33,25 +35,30 @@ ServersPresentationData ServerSelectionController::receiveServers() {
 }
 
 QVector<CountryPresentationData>
-ServerSelectionController::makeServersData(ServerListGettingResult list) {
+ServerSelectionController::makeServersData(ServerListGettingResult list)
+{
     const tavero::ServerRowBuilder builder(
         [this](const QString& code) { return countryPixmapFromCode(code); });
     return builder.build(list);
 }
 
-QImage ServerSelectionController::countryPixmapFromCode(const QString& code) {
+QImage ServerSelectionController::countryPixmapFromCode(const QString& code)
+{
     return QImage::fromData(m_manager.receiveFlagPicture(code, FlagPictureSize::Small));
 }
 
-int ServerSelectionController::getBestServerIndex(QVector<VpnServerInformation> servers) const {
+int ServerSelectionController::getBestServerIndex(QVector<VpnServerInformation> servers) const
+{
     return ServerListQueries::bestServerIndex(servers);
 }
 
-QString ServerSelectionController::getServerLoadingText(VpnServerInformation& server) const {
+QString ServerSelectionController::getServerLoadingText(VpnServerInformation& server) const
+{
     return ServerListQueries::loadingText(server);
 }
 
-QMap<QString, QString> ServerSelectionController::getCountryLoadings() const {
+QMap<QString, QString> ServerSelectionController::getCountryLoadings() const
+{
     tavero::VpnServerSelector& selector = m_manager.vpnServers();
     selector.receiveServerListInfo();
     const ServerListGettingResult& list = selector.servers();
@@ -70,17 +77,20 @@ QMap<QString, QString> ServerSelectionController::getCountryLoadings() const {
 }
 
 QString ServerSelectionController::getCountryNameByCode(const ServerListGettingResult& list,
-                                                        const QString& code) const {
+                                                        const QString& code) const
+{
     return ServerListQueries::countryNameByCode(list, code);
 }
 
 QString
 ServerSelectionController::getBestServerNameByCountryCode(const ServerListGettingResult& list,
-                                                          const QString& code) const {
+                                                          const QString& code) const
+{
     return ServerListQueries::bestServerNameByCountryCode(list, code);
 }
 
-void ServerSelectionController::onCountrySelection(const QString& code) {
+void ServerSelectionController::onCountrySelection(const QString& code)
+{
     tavero::VpnServerSelector& selector = m_manager.vpnServers();
     if (!selector.receiveServerListInfoIfNeed().isSuccess)
         return;
@@ -99,7 +109,8 @@ void ServerSelectionController::onCountrySelection(const QString& code) {
     goBack();
 }
 
-void ServerSelectionController::onSwitchToNextServer() {
+void ServerSelectionController::onSwitchToNextServer()
+{
     tavero::VpnServerSelector& selector = m_manager.vpnServers();
     if (!selector.receiveServerListInfoIfNeed().isSuccess)
         return;
@@ -141,7 +152,8 @@ void ServerSelectionController::onSwitchToNextServer() {
     selector.setCurrServer(available.at(next).name);
 }
 
-bool ServerSelectionController::isMultiserverCountry() const {
+bool ServerSelectionController::isMultiserverCountry() const
+{
     tavero::VpnServerSelector& selector = m_manager.vpnServers();
     if (!selector.receiveServerListInfoIfNeed().isSuccess)
         return false;
@@ -151,6 +163,7 @@ bool ServerSelectionController::isMultiserverCountry() const {
     return servers != byCountry.cend() && servers->size() > 1;
 }
 
-void ServerSelectionController::goBack() {
+void ServerSelectionController::goBack()
+{
     m_viewManager.goToStatus(false);
 }

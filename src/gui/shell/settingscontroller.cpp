@@ -7,14 +7,17 @@
 
 SettingsController::SettingsController(tavero::VpnManager& manager, IViewManager& viewManager)
     : m_manager(manager)
-    , m_viewManager(viewManager) {}
+    , m_viewManager(viewManager)
+{}
 
-void SettingsController::logOut() {
+void SettingsController::logOut()
+{
     m_manager.settings().setToken(QString());
     m_viewManager.goToLogin();
 }
 
-void SettingsController::fixSettings() {
+void SettingsController::fixSettings()
+{
     tavero::ISettings& settings = m_manager.settings();
     const QFlags<ProtocolType> stored = settings.protocolTypes();
     const QFlags<ProtocolType> usable = utils::usableProtocolTypes(stored);

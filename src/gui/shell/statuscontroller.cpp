@@ -15,21 +15,26 @@ const QString boxTitle = QStringLiteral("TAVERO"); // the product name, never tr
 
 StatusController::StatusController(tavero::VpnManager& manager, IViewManager& viewManager)
     : m_manager(manager)
-    , m_viewManager(viewManager) {}
+    , m_viewManager(viewManager)
+{}
 
-void StatusController::showSettings() {
+void StatusController::showSettings()
+{
     m_viewManager.goToSettings();
 }
 
-void StatusController::showInformation() {
+void StatusController::showInformation()
+{
     m_viewManager.goToInformation();
 }
 
-void StatusController::goToServerSelection() {
+void StatusController::goToServerSelection()
+{
     m_viewManager.goToServerSelection();
 }
 
-void StatusController::changeServer() {
+void StatusController::changeServer()
+{
     tavero::VpnServerSelector& selector = m_manager.vpnServers();
     m_rememberedServerName = selector.currServer().name;
     const OperationResult result = selector.receiveServerListInfo();
@@ -39,7 +44,8 @@ void StatusController::changeServer() {
     }
 }
 
-void StatusController::serverChanged() {
+void StatusController::serverChanged()
+{
     const QString current = m_manager.vpnServers().currServer().name;
     if (current != m_rememberedServerName &&
         m_manager.connection().mode() == tavero::ConnectionChain::Connected) {
@@ -48,7 +54,8 @@ void StatusController::serverChanged() {
     }
 }
 
-void StatusController::connect() {
+void StatusController::connect()
+{
     if (!m_manager.killSwitchWasDisconnectingTheInternet()) {
         qDebug() << "no disabled connections";
         forceConnect();
@@ -65,7 +72,8 @@ void StatusController::connect() {
     m_manager.connection().onBreakDetected(tavero::ConnectionKeeper::NoNetwork);
 }
 
-void StatusController::forceConnect() {
+void StatusController::forceConnect()
+{
     if (!m_manager.isThereInternet()) {
         showErrorMessage(QCoreApplication::translate("QObject", "warning.network_unavailable"));
         return;
@@ -81,7 +89,8 @@ void StatusController::forceConnect() {
         showErrorMessage(result.message);
 }
 
-void StatusController::disconnect() {
+void StatusController::disconnect()
+{
     const OperationResult result = m_manager.disconnect();
     if (!result.isSuccess) {
         showBox(result.message);
@@ -89,11 +98,13 @@ void StatusController::disconnect() {
     }
 }
 
-void StatusController::showErrorMessage(const QString& text) {
+void StatusController::showErrorMessage(const QString& text)
+{
     showBox(text);
     qCritical() << text;
 }
 
-void StatusController::showBox(const QString& text) {
+void StatusController::showBox(const QString& text)
+{
     m_viewManager.utils()->warning(boxTitle, text, QMessageBox::Ok, QMessageBox::NoButton);
 }
