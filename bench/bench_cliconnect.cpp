@@ -7,6 +7,7 @@
 
 #include "api/serverapi.h"
 #include "app/settings.h"
+#include "benchstats.h"
 #include "connection/ovpnconnection.h"
 #include "platform/nativeplatform.h"
 #include "support/devservice.h"
@@ -24,13 +25,6 @@
 #include <cstdio>
 
 namespace {
-
-double median(QVector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    const int n = values.size();
-    return n % 2 ? values.at(n / 2) : (values.at(n / 2 - 1) + values.at(n / 2)) / 2;
-}
 
 // Milliseconds until a line of `process` contains `marker`; -1 on failure or after 60 s.
 double timeToLine(QProcess& process, const QElapsedTimer& timer, const QByteArray& marker)
@@ -56,12 +50,6 @@ void stop(QProcess& process, int signalNumber)
     }
 }
 
-void quiet(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type != QtDebugMsg)
-        std::fprintf(stderr, "%s\n", qPrintable(message));
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -70,7 +58,7 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("TAVERO_DEVSERVICE"))
         qputenv("TAVERO_DEVSERVICE", TAVERO_DEVSERVICE_PATH);
     QCoreApplication app(argc, argv);
-    qInstallMessageHandler(quiet);
+    qInstallMessageHandler(bench::dropDebugMessages);
     const int runs = argc > 1 ? std::max(1, atoi(argv[1])) : 10;
     const QString binDir = QStringLiteral(TAVERO_BUILD_DIR);
     const QString cli = binDir + QStringLiteral("/tavero-cli");
@@ -163,8 +151,8 @@ int main(int argc, char** argv)
         baseline << bareMs;
         product << cliMs;
     }
-    const double cliMedian = median(product);
-    const double bareMedian = median(baseline);
+    const double cliMedian = bench::median(product);
+    const double bareMedian = bench::median(baseline);
     std::printf("tavero-cli connect to verified Connected, OpenVPN stand-in over UDP, %d runs\n",
                 runs);
     std::printf("  tavero-cli connect (start to Connected)      median %8.1f ms\n", cliMedian);

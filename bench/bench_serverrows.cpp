@@ -6,15 +6,16 @@
 // Prints both medians and the speed-up (baseline / product).
 
 #include "api/flagpicturesize.h"
+#include "benchstats.h"
 #include "gui/shell/serverselectioncontroller.h"
 #include "manager/serverrowbuilder.h"
 #include "support/fakeviewmanager.h"
 #include "support/managerfixture.h"
+#include "support/pngbytes.h"
 #include "support/serverlistmaker.h"
 #include "support/testenvironment.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QElapsedTimer>
 #include <QLinearGradient>
 #include <QPainter>
@@ -26,13 +27,6 @@ namespace {
 
 constexpr int countryCount = 200;
 constexpr int serversPerCountry = 20;
-
-double median(QVector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    const int n = values.size();
-    return n % 2 ? values.at(n / 2) : (values.at(n / 2 - 1) + values.at(n / 2)) / 2;
-}
 
 // A small flag as the service sends it: 30 x 20 PNG with some detail to decode.
 QByteArray flagPng()
@@ -46,11 +40,7 @@ QByteArray flagPng()
     painter.setPen(Qt::white);
     painter.drawEllipse(8, 4, 12, 12);
     painter.end();
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
+    return tavero::test::pngBytes(image);
 }
 
 ServerListGettingResult bigList()
@@ -68,12 +58,6 @@ ServerListGettingResult bigList()
     return maker.list();
 }
 
-void quiet(QtMsgType type, const QMessageLogContext&, const QString& message)
-{
-    if (type != QtDebugMsg)
-        std::fprintf(stderr, "%s\n", qPrintable(message));
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -81,7 +65,7 @@ int main(int argc, char** argv)
     tavero::test::TestEnvironment environment;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    qInstallMessageHandler(quiet);
+    qInstallMessageHandler(bench::dropDebugMessages);
     const int runs = argc > 1 ? std::max(1, atoi(argv[1])) : 15;
 
     tavero::test::ManagerFixture fixture;
@@ -112,8 +96,8 @@ int main(int argc, char** argv)
             return 1;
         }
     }
-    const double productMedian = median(product);
-    const double baselineMedian = median(baseline);
+    const double productMedian = bench::median(product);
+    const double baselineMedian = bench::median(baseline);
     std::printf("server rows, %d countries x %d servers, flags cached, %d runs, %d cores\n",
                 countryCount, serversPerCountry, runs, QThread::idealThreadCount());
     std::printf("  makeServersData (20 builders + pool) median %8.2f ms\n", productMedian);

@@ -158,6 +158,12 @@ int CliApp::prepareManager()
     return Success;
 }
 
+int CliApp::prepareLoggedInManager()
+{
+    const int code = prepareManager();
+    return code == Success ? logInFromStoredToken() : code;
+}
+
 int CliApp::logInFromStoredToken()
 {
     if (m_manager->settings().token().isEmpty()) {
@@ -204,9 +210,7 @@ int CliApp::login()
 
 int CliApp::servers()
 {
-    int code = prepareManager();
-    if (code == Success)
-        code = logInFromStoredToken();
+    const int code = prepareLoggedInManager();
     if (code != Success)
         return code;
     VpnServerSelector& selector = m_manager->vpnServers();
@@ -260,9 +264,7 @@ int CliApp::chooseCountry(const QString& code)
 
 int CliApp::connect()
 {
-    int code = prepareManager();
-    if (code == Success)
-        code = logInFromStoredToken();
+    int code = prepareLoggedInManager();
     if (code != Success)
         return code;
     // The same repair of the stored protocol choice the graphical client makes at start.

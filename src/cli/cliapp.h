@@ -54,6 +54,8 @@ private:
     int prepareManager();
     // Logs in from the stored token the way the graphical client does at start.
     int logInFromStoredToken();
+    // prepareManager(), then logInFromStoredToken().
+    int prepareLoggedInManager();
     int chooseCountry(const QString& code);
 
     CliOptions m_options;

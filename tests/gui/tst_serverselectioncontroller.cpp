@@ -2,12 +2,12 @@
 #include "manager/vpnmanager.h"
 #include "support/fakeviewmanager.h"
 #include "support/managerfixture.h"
+#include "support/pngbytes.h"
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QTranslator>
 #include <memory>
 
@@ -18,15 +18,11 @@ using tavero::test::ServerListMaker;
 
 namespace {
 
-QByteArray pngBytes()
+QByteArray flagBytes()
 {
     QImage image(4, 3, QImage::Format_RGB32);
     image.fill(Qt::blue);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
+    return tavero::test::pngBytes(image);
 }
 
 // Germany: de-1 (second in the reply), de-2, de-3 all available, plus one unavailable; France:
@@ -98,7 +94,7 @@ void TestServerSelectionController::init()
 {
     m_fixture = std::make_unique<ManagerFixture>();
     m_fixture->answerReachable(fullMaker().list(), recommendedList());
-    m_fixture->api().flagPicture = pngBytes();
+    m_fixture->api().flagPicture = flagBytes();
     m_view = std::make_unique<FakeViewManager>();
     m_controller = std::make_unique<ServerSelectionController>(manager(), *m_view);
     QVERIFY(m_fixture->logIn());
@@ -164,7 +160,7 @@ void TestServerSelectionController::undecodableFlagGivesNullImage()
     QVERIFY(m_controller->countryPixmapFromCode(QStringLiteral("de")).isNull());
     m_fixture->api().flagPicture.clear();
     QVERIFY(m_controller->countryPixmapFromCode(QStringLiteral("de")).isNull());
-    m_fixture->api().flagPicture = pngBytes();
+    m_fixture->api().flagPicture = flagBytes();
     QCOMPARE(m_controller->countryPixmapFromCode(QStringLiteral("de")).size(), QSize(4, 3));
 }
 
