@@ -25,6 +25,16 @@ class IPlatform;
 class ISettings;
 class KillSwitcher;
 
+// Where OpenVPN lives and the waits the product fixes; tests point and shorten them.
+struct ConnectionChainOptions {
+    QString openVpnDirectory; // empty: "bin" beside the executable
+    OvpnConnection::Limits openVpnLimits;
+    int reestablishIntervalMs = 60000;
+    int keeperIntervalMs = ConnectionKeeper::defaultIntervalMs;
+    int asyncPollWindowMs = 500;
+    int asyncPollSliceMs = 100;
+};
+
 // Brings a verified tunnel up by trying the allowed protocols in turn (IKEv2, OpenVPN UDP,
 // OpenVPN TCP), keeps it with the connection keeper, and after a break either re-establishes it
 // every interval or lets the kill switch cut the network. Main thread only.
@@ -45,15 +55,7 @@ public:
     };
     Q_ENUM(Mode)
 
-    // Where OpenVPN lives and the waits the product fixes; tests point and shorten them.
-    struct Options {
-        QString openVpnDirectory; // empty: "bin" beside the executable
-        OvpnConnection::Limits openVpnLimits;
-        int reestablishIntervalMs = 60000;
-        int keeperIntervalMs = ConnectionKeeper::defaultIntervalMs;
-        int asyncPollWindowMs = 500;
-        int asyncPollSliceMs = 100;
-    };
+    using Options = ConnectionChainOptions;
 
     static const ProtocolNamesClass ProtocolNames;
     static const QFlags<ProtocolType> ALL_PROTOCOLS;

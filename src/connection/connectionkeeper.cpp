@@ -7,6 +7,8 @@ namespace tavero {
 ConnectionKeeper::ConnectionKeeper(IServerApi& api, int intervalMs)
     : m_api(api)
 {
+    // Lets the reason travel through queued connections and signal spies.
+    qRegisterMetaType<BreakReason>("tavero::ConnectionKeeper::BreakReason");
     m_timer.setInterval(intervalMs);
     connect(&m_timer, &QTimer::timeout, this, &ConnectionKeeper::timerTimeout);
 }
