@@ -311,8 +311,6 @@ void TestPageControllers::fixSettings_data()
 
     QTest::newRow("two protocols") << int(OvpnTcp | OvpnUdp) << 31;
     QTest::newRow("one protocol") << int(OvpnTcp) << int(OvpnTcp);
-    QTest::newRow("empty") << 0 << 31;
-    QTest::newRow("all") << 31 << 31;
 }
 
 void TestPageControllers::fixSettings()
