@@ -4,6 +4,7 @@
 #include "app/application.h"
 #include "shotregistry.h"
 #include "shotrunner.h"
+#include "support/testenvironment.h"
 
 #include <QCommandLineParser>
 #include <QDirIterator>
@@ -37,6 +38,8 @@ int main(int argc, char** argv)
         qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
+    // The client's pages log in and store settings: keep them away from this user's own.
+    const tavero::test::TestEnvironment isolatedHome;
     Application app(argc, argv);
     QTextStream out(stdout);
     QTextStream err(stderr);
