@@ -2,6 +2,7 @@
 
 #include "api/iserverapi.h"
 #include "api/vpnserverinformation.h"
+#include "connection/eventwait.h"
 #include "connection/ovpninputcheck.h"
 
 #include <QCoreApplication>
@@ -243,7 +244,8 @@ OperationResult OvpnConnection::tryConnectOneTime(const QString& configText,
             return OperationResult(failureText, OperationResult::General);
         }
 
-        processEventsFor(m_limits.wait);
+        processEventsFor(int(m_limits.wait.count()),
+                         int(std::max(m_limits.slice, milliseconds(1)).count()));
 
         const QByteArray chunk = m_process->readAll();
         if (chunk.isEmpty()) {
@@ -321,18 +323,6 @@ bool OvpnConnection::exceeded(milliseconds elapsed, milliseconds limit) const
 {
     const milliseconds tick = std::max(m_limits.tick, milliseconds(1));
     return (elapsed / tick) * tick > limit;
-}
-
-void OvpnConnection::processEventsFor(milliseconds duration) const
-{
-    QElapsedTimer timer;
-    timer.start();
-    const milliseconds slice = std::max(m_limits.slice, milliseconds(1));
-    for (milliseconds left = duration; left.count() > 0; left = duration - elapsedOf(timer)) {
-        QEventLoop loop;
-        QTimer::singleShot(std::min(slice, left), &loop, &QEventLoop::quit);
-        loop.exec();
-    }
 }
 
 } // namespace tavero

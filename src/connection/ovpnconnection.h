@@ -114,7 +114,6 @@ public:
 
 private:
     bool exceeded(std::chrono::milliseconds elapsed, std::chrono::milliseconds limit) const;
-    void processEventsFor(std::chrono::milliseconds duration) const;
 
     IServerApi& m_api;
     QString m_programDirectory;
