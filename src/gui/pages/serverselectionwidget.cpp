@@ -6,6 +6,7 @@
 #include "ui_serverselectionwidget.h"
 
 #include <QDebug>
+#include <QHeaderView>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyle>
@@ -80,6 +81,8 @@ void ServerSelectionWidget::adjustTree()
     tree->setFont(treeFont);
     tree->setColumnCount(3);
     tree->setHeaderHidden(true);
+    // The badge column keeps its width; the space right of it stays empty.
+    tree->header()->setStretchLastSection(false);
     tree->setIndentation(10);
     tree->setColumnWidth(0, firstColumnWidth());
     tree->setColumnWidth(2, thirdColumnWidth());
