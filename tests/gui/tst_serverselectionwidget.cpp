@@ -238,19 +238,21 @@ private slots:
         SelectionPage selection;
         selection.page.show();
         QVERIFY(QTest::qWaitForWindowExposed(&selection.page));
-        const int third = selection.page.thirdColumnWidth();
         const auto expectedName = [&] {
-            return int(selection.tree()->width() - 87 - third -
+            return int(selection.tree()->width() - 87 - selection.page.thirdColumnWidth() -
                        1.5 * selection.page.style()->pixelMetric(QStyle::PM_ScrollBarExtent) - 30);
         };
         QCOMPARE(selection.tree()->columnWidth(1), expectedName());
-        const int narrow = selection.tree()->columnWidth(1);
+        const int narrowName = selection.tree()->columnWidth(1);
+        // The badge column takes what is left of the row, which leaves room for the capsule.
+        const int badge = selection.tree()->columnWidth(2);
+        QVERIFY(badge >= selection.page.thirdColumnWidth() + 3);
 
         selection.page.resize(600, 550);
         QTRY_COMPARE(selection.tree()->columnWidth(1), expectedName());
-        QCOMPARE(selection.tree()->columnWidth(1) - narrow, 240);
+        QCOMPARE(selection.tree()->columnWidth(1) - narrowName, 240);
         QCOMPARE(selection.tree()->columnWidth(0), 87);
-        QCOMPARE(selection.tree()->columnWidth(2), third);
+        QCOMPARE(selection.tree()->columnWidth(2), badge);
     }
 
     void badgeColumnMeasurements()

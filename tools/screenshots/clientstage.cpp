@@ -5,6 +5,7 @@
 #include "gui/shell/qttools.h"
 #include "manager/vpnmanager.h"
 #include "platform/platformoverrides.h"
+#include "support/testenvironment.h"
 #include "support/testplatform.h"
 
 #include <QVector>
@@ -113,6 +114,8 @@ void collectFonts(QWidget* widget, QVector<QPair<QWidget*, int>>& sizes)
 ClientStage::ClientStage()
     : m_api(QStringLiteral(TAVERO_FLAGS_DIR))
 {
+    // Every picture starts from a fresh user: no server or option left by the previous one.
+    test::TestEnvironment::clearSettings();
     // The tunnel comes up through the scripted platform's IKEv2 on any machine.
     PlatformOverrides::setAdministrator(true);
     PlatformOverrides::setRdpListening(false);

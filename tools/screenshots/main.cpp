@@ -9,6 +9,7 @@
 #include <QCommandLineParser>
 #include <QDirIterator>
 #include <QFontDatabase>
+#include <QLoggingCategory>
 #include <QTextStream>
 
 using tavero::screenshots::ShotRegistry;
@@ -41,6 +42,8 @@ int main(int argc, char** argv)
     // The client's pages log in and store settings: keep them away from this user's own.
     const tavero::test::TestEnvironment isolatedHome;
     Application app(argc, argv);
+    // The pages' debug lines would bury the list of pictures and the errors.
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
     QTextStream out(stdout);
     QTextStream err(stderr);
 

@@ -6,7 +6,6 @@
 #include "ui_serverselectionwidget.h"
 
 #include <QDebug>
-#include <QHeaderView>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyle>
@@ -81,8 +80,6 @@ void ServerSelectionWidget::adjustTree()
     tree->setFont(treeFont);
     tree->setColumnCount(3);
     tree->setHeaderHidden(true);
-    // The badge column keeps its width; the space right of it stays empty.
-    tree->header()->setStretchLastSection(false);
     tree->setIndentation(10);
     tree->setColumnWidth(0, firstColumnWidth());
     tree->setColumnWidth(2, thirdColumnWidth());
