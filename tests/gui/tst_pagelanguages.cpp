@@ -10,53 +10,22 @@
 #include "manager/vpnmanager.h"
 #include "support/fakeviewmanager.h"
 #include "support/managerfixture.h"
+#include "support/pagetexts.h"
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
 
 #include <QAbstractButton>
 #include <QLabel>
-#include <QLineEdit>
-#include <QRegularExpression>
 #include <QTranslator>
 #include <QTreeWidget>
 
 using tavero::test::FakeViewManager;
 using tavero::test::ManagerFixture;
 using tavero::test::ServerListMaker;
+using tavero::test::untranslatedKeys;
+using tavero::test::visibleTexts;
 
 namespace {
-
-// Every text a user can see on the page: labels, buttons, field placeholders, list rows.
-QStringList visibleTexts(const QWidget& page)
-{
-    QStringList texts;
-    for (const QLabel* label : page.findChildren<QLabel*>())
-        texts << label->text();
-    for (const QAbstractButton* button : page.findChildren<QAbstractButton*>())
-        texts << button->text();
-    for (const QLineEdit* field : page.findChildren<QLineEdit*>())
-        texts << field->placeholderText();
-    for (const QTreeWidget* tree : page.findChildren<QTreeWidget*>()) {
-        for (int i = 0; i < tree->topLevelItemCount(); ++i) {
-            for (int column = 0; column < tree->columnCount(); ++column)
-                texts << tree->topLevelItem(i)->text(column);
-        }
-    }
-    texts.removeAll(QString());
-    return texts;
-}
-
-QStringList keysIn(const QStringList& texts)
-{
-    static const QRegularExpression key(
-        QStringLiteral("\\b(label|action|title|message|warning|body)\\.[a-z_]+"));
-    QStringList keys;
-    for (const QString& text : texts) {
-        if (key.match(text).hasMatch())
-            keys << text;
-    }
-    return keys;
-}
 
 struct Pages {
     ManagerFixture fixture;
@@ -125,9 +94,9 @@ private slots:
             pages.status.fillUp();
         }
         // Before: the keys themselves are on screen.
-        QVERIFY(!keysIn(visibleTexts(pages.login)).isEmpty());
-        QVERIFY(!keysIn(visibleTexts(pages.status)).isEmpty());
-        QVERIFY(!keysIn(visibleTexts(pages.selection)).isEmpty());
+        QVERIFY(!untranslatedKeys(visibleTexts(pages.login)).isEmpty());
+        QVERIFY(!untranslatedKeys(visibleTexts(pages.status)).isEmpty());
+        QVERIFY(!untranslatedKeys(visibleTexts(pages.selection)).isEmpty());
 
         QVERIFY(m_translator.load(":/translations/" + language));
         QCoreApplication::installTranslator(&m_translator);
@@ -137,8 +106,8 @@ private slots:
              {static_cast<QWidget*>(&pages.login), static_cast<QWidget*>(&pages.status),
               static_cast<QWidget*>(&pages.selection)}) {
             const QStringList texts = visibleTexts(*page);
-            QVERIFY2(keysIn(texts).isEmpty(),
-                     qPrintable(page->objectName() + ": " + keysIn(texts).join(" | ")));
+            QVERIFY2(untranslatedKeys(texts).isEmpty(),
+                     qPrintable(page->objectName() + ": " + untranslatedKeys(texts).join(" | ")));
         }
 
         // Spot checks in the contexts the catalogues use.

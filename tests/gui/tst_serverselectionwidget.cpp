@@ -8,8 +8,8 @@
 #include "support/managerfixture.h"
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
+#include "support/widgetpainting.h"
 
-#include <QBuffer>
 #include <QPushButton>
 #include <QStyle>
 #include <QTreeWidget>
@@ -17,20 +17,10 @@
 using Gui::ServerSelectionWidget;
 using tavero::test::FakeViewManager;
 using tavero::test::ManagerFixture;
+using tavero::test::pngBytes;
 using tavero::test::ServerListMaker;
 
 namespace {
-
-QByteArray png(const QColor& color)
-{
-    QImage image(60, 45, QImage::Format_ARGB32);
-    image.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
 
 // Germany (two servers, best de-2 at 7 %), France (one server at 26 %), Spain (no available
 // server); Germany's de-2 is recommended.
@@ -61,7 +51,7 @@ struct SelectionPage {
     explicit SelectionPage(const ServerListGettingResult& recommended = recommendedServers())
     {
         fixture.answerReachable(allServers(), recommended);
-        fixture.api().flagPicture = png(Qt::blue);
+        fixture.api().flagPicture = pngBytes(Qt::blue);
         if (!fixture.logIn())
             qFatal("the scripted log-in failed");
         page.resize(360, 550);

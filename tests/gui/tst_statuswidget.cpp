@@ -16,8 +16,8 @@
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
+#include "support/widgetpainting.h"
 
-#include <QBuffer>
 #include <QLabel>
 #include <QSignalSpy>
 
@@ -27,20 +27,10 @@ using tavero::test::FakeViewManager;
 using tavero::test::ManagerFixture;
 using tavero::test::MapTranslator;
 using tavero::test::MessageBoxDriver;
+using tavero::test::pngBytes;
 using tavero::test::ServerListMaker;
 
 namespace {
-
-QByteArray png(const QColor& color, const QSize& size = {60, 45})
-{
-    QImage image(size, QImage::Format_ARGB32);
-    image.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
 
 // Germany with three servers, France with one; nothing recommended.
 ServerListGettingResult serverList()
@@ -67,7 +57,7 @@ struct StatusPage {
     StatusPage()
     {
         fixture.answerReachable(serverList(), ServerListGettingResult{});
-        fixture.api().flagPicture = png(Qt::blue);
+        fixture.api().flagPicture = pngBytes(Qt::blue);
         if (!fixture.logIn())
             qFatal("the scripted log-in failed");
         selectServer(QStringLiteral("de-1"));
