@@ -53,16 +53,16 @@ void LanguageMaster::initStartupLanguage()
     }
 
     const QString stored = m_settings.getSelectedLanguage();
-    qDebug() << "settings lang: " << stored << "has index in master:"
-             << getLanguageIndexByName(stored);
+    qDebug() << "settings lang: " << stored
+             << "has index in master:" << getLanguageIndexByName(stored);
     if (getLanguageIndexByName(stored) == -1)
         changeLanguage(m_systemLanguage);
     else
         changeLanguageByName(stored);
 
     const QString afterChoice = m_settings.getSelectedLanguage();
-    qDebug() << "settings lang: " << afterChoice << "has index in master:"
-             << getLanguageIndexByName(afterChoice);
+    qDebug() << "settings lang: " << afterChoice
+             << "has index in master:" << getLanguageIndexByName(afterChoice);
     if (getLanguageIndexByName(afterChoice) == -1)
         changeLanguage(QLocale::English);
     qDebug() << " 167 " << m_settings.getSelectedLanguage();
@@ -108,7 +108,8 @@ void LanguageMaster::changeLocale(const QLocale& locale)
         return;
     const QDate buildDate =
         QDate::fromString(application->property("AppBuildDate").toString(), Qt::ISODate);
-    application->setProperty("AppLocaleDateString", locale.toString(buildDate, QLocale::LongFormat));
+    application->setProperty("AppLocaleDateString",
+                             locale.toString(buildDate, QLocale::LongFormat));
 }
 
 int LanguageMaster::getLanguageIndex(QLocale::Language language) const

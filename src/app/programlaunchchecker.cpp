@@ -19,10 +19,9 @@ bool ProgramLaunchChecker::checkDlg(const QString& name, const QString& displayN
 bool ProgramLaunchChecker::checkProgrammTurnedDown(const QString& name, const QString& displayName)
 {
     while (check(name)) {
-        const QString text =
-            QCoreApplication::translate("QObject",
-                                        "warning.program_is_already_running_want_to_continue")
-                .arg(displayName);
+        const QString text = QCoreApplication::translate(
+                                 "QObject", "warning.program_is_already_running_want_to_continue")
+                                 .arg(displayName);
         // The "action.yes" button answers Ok.
         const QMessageBox::StandardButton answer = ViewManagerUtils::execMessageBox(
             QMessageBox::Question, QString(), text, QMessageBox::Yes | QMessageBox::No,

@@ -20,9 +20,9 @@ public:
         ~ProcessData(); // detaches; the system drops the segment with its last attachment
         Q_DISABLE_COPY_MOVE(ProcessData)
 
-        QSystemSemaphore semaphore;   // key + "_semaphore", count 1, opened or created
-        QSharedMemory sharedMemory;   // key + "shared_memory" twice, not attached at first
-        bool holdsMarker = false;     // this process created the segment
+        QSystemSemaphore semaphore; // key + "_semaphore", count 1, opened or created
+        QSharedMemory sharedMemory; // key + "shared_memory" twice, not attached at first
+        bool holdsMarker = false;   // this process created the segment
     };
 
     // name + "_{<fixed GUID>}".

@@ -74,30 +74,40 @@ private slots:
         QTest::addColumn<QString>("expectedInstalled"); // empty: nothing installed
 
         const QVariant noFile;
-        QTest::newRow("fresh, system French")
-            << noFile << QString() << QLocale::French << "fra" << "fra";
+        QTest::newRow("fresh, system French") << noFile << QString() << QLocale::French << "fra"
+                                              << "fra";
         QTest::newRow("fresh, system Italian falls back to English")
-            << noFile << QString() << QLocale::Italian << "eng" << "eng";
-        QTest::newRow("fresh, system Russian")
-            << noFile << QString() << QLocale::Russian << "rus" << "rus";
+            << noFile << QString() << QLocale::Italian << "eng"
+            << "eng";
+        QTest::newRow("fresh, system Russian") << noFile << QString() << QLocale::Russian << "rus"
+                                               << "rus";
         QTest::newRow("stored German wins over the system")
-            << noFile << "ger" << QLocale::French << "ger" << "ger";
+            << noFile << "ger" << QLocale::French << "ger"
+            << "ger";
         QTest::newRow("stored display name is not a code")
-            << noFile << "English" << QLocale::Spanish << "spa" << "spa";
+            << noFile << "English" << QLocale::Spanish << "spa"
+            << "spa";
         QTest::newRow("stored code in the wrong case, system unsupported")
-            << noFile << "GER" << QLocale::Japanese << "eng" << "eng";
+            << noFile << "GER" << QLocale::Japanese << "eng"
+            << "eng";
         QTest::newRow("hand-over wins over the stored choice")
-            << QVariant(QByteArray("spa")) << "ger" << QLocale::French << "spa" << "spa";
+            << QVariant(QByteArray("spa")) << "ger" << QLocale::French << "spa"
+            << "spa";
         QTest::newRow("hand-over with a trailing line break switches nothing")
-            << QVariant(QByteArray("spa\n")) << "ger" << QLocale::French << "ger" << "";
+            << QVariant(QByteArray("spa\n")) << "ger" << QLocale::French << "ger"
+            << "";
         QTest::newRow("hand-over with a Windows line break switches nothing")
-            << QVariant(QByteArray("fra\r\n")) << "" << QLocale::German << "" << "";
+            << QVariant(QByteArray("fra\r\n")) << "" << QLocale::German << ""
+            << "";
         QTest::newRow("hand-over with blanks switches nothing")
-            << QVariant(QByteArray(" rus")) << "eng" << QLocale::German << "eng" << "";
+            << QVariant(QByteArray(" rus")) << "eng" << QLocale::German << "eng"
+            << "";
         QTest::newRow("hand-over of an unknown code")
-            << QVariant(QByteArray("ita")) << "" << QLocale::French << "" << "";
+            << QVariant(QByteArray("ita")) << "" << QLocale::French << ""
+            << "";
         QTest::newRow("empty hand-over")
-            << QVariant(QByteArray("")) << "rus" << QLocale::French << "rus" << "";
+            << QVariant(QByteArray("")) << "rus" << QLocale::French << "rus"
+            << "";
     }
 
     void startupChoice()
@@ -122,8 +132,7 @@ private slots:
             QCOMPARE(Settings().getSelectedLanguage(), expectedStored); // saved, not just kept
             QVERIFY2(!QFile::exists(QStringLiteral("language.txt")),
                      "the hand-over file must be consumed");
-            QCOMPARE(qApp->property("AppLocaleDateString").isValid(),
-                     !expectedInstalled.isEmpty());
+            QCOMPARE(qApp->property("AppLocaleDateString").isValid(), !expectedInstalled.isEmpty());
         }
         QCOMPARE(installedLanguage(), QString()); // the manager takes its translator along
     }
@@ -175,11 +184,16 @@ private slots:
         QTest::addColumn<QLocale::Language>("language");
         QTest::addColumn<QString>("code");
         QTest::addColumn<QString>("monthName"); // January in the language's long date
-        QTest::newRow("English") << QLocale::English << "eng" << "January";
-        QTest::newRow("Russian") << QLocale::Russian << "rus" << "января";
-        QTest::newRow("French") << QLocale::French << "fra" << "janvier";
-        QTest::newRow("German") << QLocale::German << "ger" << "Januar";
-        QTest::newRow("Spanish") << QLocale::Spanish << "spa" << "enero";
+        QTest::newRow("English") << QLocale::English << "eng"
+                                 << "January";
+        QTest::newRow("Russian") << QLocale::Russian << "rus"
+                                 << "января";
+        QTest::newRow("French") << QLocale::French << "fra"
+                                << "janvier";
+        QTest::newRow("German") << QLocale::German << "ger"
+                                << "Januar";
+        QTest::newRow("Spanish") << QLocale::Spanish << "spa"
+                                 << "enero";
     }
 
     void switchesByLocaleLanguage()
@@ -197,7 +211,8 @@ private slots:
         const QString date = qApp->property("AppLocaleDateString").toString();
         QVERIFY2(date.contains(monthName) && date.contains("20") && date.contains("2021"),
                  qPrintable(date));
-        const QLocale locale = master.getLanguageInfos().at(master.getLanguageIndex(language)).locale;
+        const QLocale locale =
+            master.getLanguageInfos().at(master.getLanguageIndex(language)).locale;
         QCOMPARE(date, locale.toString(QDate(2021, 1, 20), QLocale::LongFormat));
     }
 

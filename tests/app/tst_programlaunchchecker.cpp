@@ -21,7 +21,9 @@ namespace {
 QString uniqueName()
 {
     static int counter = 0;
-    return QStringLiteral("tavero-test-%1-%2").arg(QCoreApplication::applicationPid()).arg(++counter);
+    return QStringLiteral("tavero-test-%1-%2")
+        .arg(QCoreApplication::applicationPid())
+        .arg(++counter);
 }
 
 // One helper process playing a copy of the client.
@@ -68,8 +70,8 @@ public:
     }
     bool finishedWith(int exitCode)
     {
-        return m_process.waitForFinished(5000) && m_process.exitStatus() == QProcess::NormalExit
-               && m_process.exitCode() == exitCode;
+        return m_process.waitForFinished(5000) && m_process.exitStatus() == QProcess::NormalExit &&
+               m_process.exitCode() == exitCode;
     }
 
 private:
@@ -175,7 +177,7 @@ private slots:
     {
         const QString name = uniqueName();
         QVERIFY(!ProgramLaunchChecker::attach(name));
-        QVERIFY(ProgramLaunchChecker::check(name)); // finds its own marker
+        QVERIFY(ProgramLaunchChecker::check(name));   // finds its own marker
         QVERIFY(!ProgramLaunchChecker::attach(name)); // still the holder, not a second copy
 
         Copy other(name);
