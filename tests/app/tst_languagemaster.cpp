@@ -93,6 +93,9 @@ private slots:
         QTest::newRow("hand-over wins over the stored choice")
             << QVariant(QByteArray("spa")) << "ger" << QLocale::French << "spa"
             << "spa";
+        QTest::newRow("hand-over with a byte-order mark")
+            << QVariant(QByteArray("\xEF\xBB\xBFger")) << "eng" << QLocale::French << "ger"
+            << "ger";
         QTest::newRow("hand-over with a trailing line break switches nothing")
             << QVariant(QByteArray("spa\n")) << "ger" << QLocale::French << "ger"
             << "";

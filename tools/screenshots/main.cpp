@@ -8,6 +8,7 @@
 #include <QCommandLineParser>
 #include <QDirIterator>
 #include <QFontDatabase>
+#include <QTemporaryDir>
 #include <QTextStream>
 
 using tavero::screenshots::ShotRegistry;
@@ -36,6 +37,10 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
         qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Pages read and write the settings store (the language choice among them): give them one of
+    // their own, never the user's.
+    const QTemporaryDir settingsHome;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(settingsHome.path()));
 
     Application app(argc, argv);
     QTextStream out(stdout);
