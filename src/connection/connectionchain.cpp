@@ -1,0 +1,320 @@
+#include "connection/connectionchain.h"
+
+#include "api/iserverapi.h"
+#include "api/serverapi.h"
+#include "app/isettings.h"
+#include "connection/eventwait.h"
+#include "connection/killswitcher.h"
+#include "platform/iplatform.h"
+#include "platform/nativeplatform.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFuture>
+#include <QtConcurrent>
+
+namespace tavero {
+
+const ProtocolNamesClass ConnectionChain::ProtocolNames;
+const QFlags<ProtocolType> ConnectionChain::ALL_PROTOCOLS(protocols::allProtocols);
+
+ConnectionChain::ConnectionChain(IServerApi& api, IPlatform& platform, ISettings& settings,
+                                 KillSwitcher& killSwitcher, Options options)
+    : m_api(api)
+    , m_platform(platform)
+    , m_settings(settings)
+    , m_killSwitcher(killSwitcher)
+    , m_ovpn(api, options.openVpnDirectory, options.openVpnLimits)
+    , m_ovpnTcp(m_ovpn)
+    , m_ovpnUdp(m_ovpn)
+    , m_l2tp(platform)
+    , m_pptp(platform)
+    , m_ikev2(platform)
+    , m_keeper(api, options.keeperIntervalMs)
+    , m_options(std::move(options))
+{
+    QObject::connect(&m_keeper, &ConnectionKeeper::breakDetected, this,
+                     &ConnectionChain::onBreakDetected, Qt::DirectConnection);
+    m_reestablishTimer.setSingleShot(true);
+    m_reestablishTimer.setInterval(m_options.reestablishIntervalMs);
+    QObject::connect(&m_reestablishTimer, &QTimer::timeout, this,
+                     &ConnectionChain::tryToReestablishConnection);
+    // A dial-up tunnel left over from an earlier run is dropped at start.
+    m_platform.disconnect();
+}
+
+ConnectionChain::~ConnectionChain() = default;
+
+OperationResult ConnectionChain::connect(const VpnServerInformation& server)
+{
+    qDebug() << "connect";
+    // Connecting again to the server being re-established takes over from the re-establishing.
+    m_needReestablish = m_needReestablish && server.name != m_lastConnectedServer.name;
+    if (m_isConnecting) {
+        // Reached through event processing inside a running attempt, which can only continue once
+        // this call returns: refuse rather than wait, and leave the running attempt alone.
+        qDebug() << "connect refused: another connect is running";
+        return OperationResult(QCoreApplication::translate("QObject", "label.connection_opens"));
+    }
+    m_isConnecting = true;
+    const OperationResult result = connectNoBlock(server);
+    m_isConnecting = false;
+    return result;
+}
+
+OperationResult ConnectionChain::connectNoBlock(const VpnServerInformation& server)
+{
+    qDebug() << "connectNoBlock";
+    m_killSwitcher.startInternet(30);
+    if (m_currentIndex >= 0)
+        disconnectNoBlock();
+    if (!isThereInternet()) {
+        return OperationResult(QCoreApplication::translate(
+                                   "tavero::ConnectionChain",
+                                   "warning.connection_problems_check_internet_connection"),
+                               OperationResult::NoInternet);
+    }
+    const OperationResult built = createChain();
+    if (!built.isSuccess) {
+        qDebug() << built.message;
+        return built;
+    }
+    m_keeper.stop();
+    setMode(Connecting);
+    const OperationResult result = forceConnect(server);
+    if (result.isSuccess) {
+        m_keeper.start();
+        setMode(Connected);
+        m_needReestablish = false;
+    } else {
+        setMode(Failed);
+    }
+    return result;
+}
+
+OperationResult ConnectionChain::forceConnect(const VpnServerInformation& server)
+{
+    const bool anySupports = std::any_of(m_chain.cbegin(), m_chain.cend(), [&](IConnection* c) {
+        return c->supports(server);
+    });
+    if (!anySupports) {
+        return OperationResult(QCoreApplication::translate(
+            "QObject",
+            "warning.none_of_the_specified_protocol_settings_are_supported_by_the_selected_"
+            "server."));
+    }
+    for (m_currentIndex = 0; m_currentIndex < m_chain.size(); ++m_currentIndex) {
+        IConnection* connection = m_chain[m_currentIndex];
+        qDebug() << "current connection name: " << connection->name();
+        if (tryConnectOneConnection(connection, server)) {
+            m_currentServer = server;
+            m_lastConnectedServer = server;
+            return OperationResult();
+        }
+    }
+    const QString protocolList = protocolTypesString(m_protocolTypes);
+    const QString message =
+        m_protocolTypes == ALL_PROTOCOLS || protocolList.isEmpty()
+            ? QCoreApplication::translate("QObject", "warning.can_not_connect")
+            : QCoreApplication::translate("QObject", "warning.can_not_connect_by_protocol")
+                  .arg(protocolList);
+    m_currentServer = VpnServerInformation();
+    m_currentIndex = -1;
+    return OperationResult(message);
+}
+
+bool ConnectionChain::tryConnectOneConnection(IConnection* connection,
+                                              const VpnServerInformation& server)
+{
+    if (!connection->supports(server))
+        return false;
+    OperationResult result;
+    if (!connection->canAsyncConnect()) {
+        qDebug() << "connect Sync start";
+        result = connection->connect(server);
+        qDebug() << "connect Sync end";
+    } else {
+        // The dial blocks for its whole length: run it on the pool and keep the interface alive.
+        QFuture<OperationResult> task = QtConcurrent::run([this, connection, server] {
+            qDebug() << "connect async start";
+            const OperationResult dialled = connection->connect(server);
+            qDebug() << "connect async end";
+            emit connectionFinished();
+            return dialled;
+        });
+        while (!task.isFinished()) {
+            QCoreApplication::processEvents();
+            processEventsFor(m_options.asyncPollWindowMs, m_options.asyncPollSliceMs,
+                             [&task] { return task.isFinished(); });
+        }
+        result = task.result();
+    }
+    const QString name = connection->name();
+    if (!result.isSuccess) {
+        qDebug() << "Protocol " << name << "Server " << server.name
+                 << " connection fail: " << result.message;
+        return false;
+    }
+    const IpGettingResult ip = m_api.receiveIp();
+    if (ip.status != RequestResult::Ok) {
+        qDebug() << "Protocol " << name << "Server " << server.name
+                 << " connection fail: cannot receive IP adress after connection";
+        connection->disconnect();
+        return false;
+    }
+    if (!ip.isProtected) {
+        qDebug() << "Protocol " << name << "Server " << server.name
+                 << " connection fail: IP adress hasn't been changed";
+        connection->disconnect();
+        return false;
+    }
+    qDebug() << "Protocol " << name << ": "
+             << "Connected to" << server.name;
+    return true;
+}
+
+OperationResult ConnectionChain::createChain()
+{
+    const QFlags<ProtocolType> allowed = m_settings.protocolTypes();
+    const OperationResult disconnected = disconnectNoBlock();
+    if (!disconnected.isSuccess) {
+        qDebug() << disconnected.message;
+        return disconnected;
+    }
+    m_protocolTypes = allowed;
+    m_chain.clear();
+    // A non-administrator on a machine that accepts remote-desktop sessions gets IKEv2 only when
+    // it is the sole choice: without administrator rights IKEv2 takes all traffic, remote access
+    // included.
+    if (allowed.testFlag(IKEv2) && ServerApi::isIKEv2Allowed()
+        && (NativePlatform::isRunningAsAdministrator() || !NativePlatform::IsRdpListening()
+            || protocols::isSingleFlag(allowed))) {
+        m_chain << &m_ikev2;
+    }
+    if (allowed.testFlag(OvpnUdp) && ServerApi::isOpenVpnAllowed())
+        m_chain << &m_ovpnUdp;
+    if (allowed.testFlag(OvpnTcp) && ServerApi::isOpenVpnAllowed())
+        m_chain << &m_ovpnTcp;
+    return OperationResult();
+}
+
+OperationResult ConnectionChain::disconnect()
+{
+    m_needReestablish = false;
+    if (m_isConnecting)
+        return OperationResult(QCoreApplication::translate("QObject", "label.connection_opens"));
+    return disconnectNoBlock();
+}
+
+OperationResult ConnectionChain::disconnectNoBlock()
+{
+    qDebug() << "disconnectNoBlock";
+    m_keeper.stop();
+    if (m_currentIndex < 0 || m_currentIndex >= m_chain.size())
+        return OperationResult();
+    IConnection* connection = m_chain[m_currentIndex];
+    const OperationResult result = connection->disconnect();
+    if (result.isSuccess) {
+        m_currentIndex = -1;
+        m_currentServer = VpnServerInformation();
+        qDebug() << "Protocol " << connection->name() << ": "
+                 << "Disconnected";
+    } else {
+        qDebug() << "Cannot disconnect protocol " << connection->name();
+    }
+    setMode(Disconnected);
+    return result;
+}
+
+void ConnectionChain::onBreakDetected(ConnectionKeeper::BreakReason breakReason)
+{
+    qDebug() << "ConnectionChain::onBreakDetected";
+    disconnect();
+    if (breakReason == ConnectionKeeper::NoNetwork) {
+        const IpGettingResult ip = m_api.receiveIp();
+        if (ip.isProtected) {
+            setMode(Connected);
+            m_keeper.start();
+            return;
+        }
+    }
+    if (!m_settings.isKillSwitch()) {
+        m_needReestablish = true;
+        tryToReestablishConnection();
+    } else {
+        m_currentServer = VpnServerInformation();
+        m_currentIndex = -1;
+        m_isKillSwitching = true;
+        setMode(Failed);
+        m_killSwitcher.stopInternet();
+        m_isKillSwitching = false;
+    }
+    if (m_mode != Connected)
+        emit protocolsExpired();
+}
+
+void ConnectionChain::tryToReestablishConnection()
+{
+    qDebug() << "tryToReestablishConnection";
+    if (m_needReestablish && !m_isConnecting) {
+        emit reestablishStarted();
+        const OperationResult result = connect(m_lastConnectedServer);
+        m_needReestablish = !result.isSuccess;
+        emit reestablishFinished(result.isSuccess);
+    }
+    if (m_needReestablish)
+        m_reestablishTimer.start();
+}
+
+void ConnectionChain::serverWasChanged(const VpnServerInformation& server)
+{
+    m_needReestablish = m_needReestablish && server.name == m_lastConnectedServer.name;
+}
+
+void ConnectionChain::setMode(Mode mode)
+{
+    m_mode = mode;
+    emit modeChanged();
+    // Let listeners repaint before long work continues.
+    QCoreApplication::processEvents();
+}
+
+QString ConnectionChain::modeText() const
+{
+    return m_mode == Connected ? QCoreApplication::translate("QObject", "label.connected")
+                               : QCoreApplication::translate("QObject", "label.disconnected");
+}
+
+bool ConnectionChain::isKillswitched()
+{
+    if (m_settings.isKillSwitch() && m_isKillSwitching)
+        return true;
+    return m_killSwitcher.isInternetOff();
+}
+
+bool ConnectionChain::isThereInternet()
+{
+    return m_api.isThereInternet();
+}
+
+QString ConnectionChain::protocolTypesString(QFlags<ProtocolType> flags)
+{
+    return protocols::textualList(flags);
+}
+
+QString ConnectionChain::currProtocolName()
+{
+    if (m_currentIndex < 0 || m_currentIndex >= m_chain.size())
+        return ProtocolNames.disconnected;
+    return m_chain[m_currentIndex]->name();
+}
+
+QStringList ConnectionChain::chainNames()
+{
+    QStringList names;
+    for (IConnection* connection : qAsConst(m_chain))
+        names << connection->name();
+    return names;
+}
+
+} // namespace tavero

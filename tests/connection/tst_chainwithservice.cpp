@@ -1,0 +1,96 @@
+#include "api/serverapi.h"
+#include "app/settings.h"
+#include "connection/connectionchain.h"
+#include "connection/killswitcher.h"
+#include "platform/platformoverrides.h"
+#include "support/devservice.h"
+#include "support/testmain.h"
+#include "support/testplatform.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <memory>
+
+using tavero::ConnectionChain;
+using tavero::KillSwitcher;
+using tavero::PlatformOverrides;
+using tavero::ServerApi;
+using tavero::Settings;
+using tavero::test::DevService;
+using tavero::test::TestPlatform;
+
+// The real chain against the development service over HTTPS, with the OpenVPN stand-in holding
+// its tunnel connection to the service: the service then reports the address as protected. Only
+// the machine's network switch and the dial-up protocols are scripted.
+class TestChainWithService : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_programDir;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(QFile::link(qEnvironmentVariable("TAVERO_FAKE_OPENVPN"),
+                            m_programDir.path() + "/openvpn"));
+        PlatformOverrides::setAdministrator(true);
+        PlatformOverrides::setRdpListening(false);
+    }
+
+    void connectBreakReestablishDisconnect()
+    {
+        DevService service;
+        QVERIFY2(service.isRunning(), qPrintable(service.errorText()));
+        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "success");
+        qputenv("TAVERO_FAKE_OPENVPN_TUNNEL",
+                QString("%1:%2").arg(service.tunnelHost()).arg(service.tunnelPort()).toUtf8());
+        ServerApi::resetSharedCaches();
+        ServerApi api(service.endpoints());
+        QCOMPARE(api.loginByEmail(service.account(0).email, service.account(0).password).status, 0);
+        QVERIFY(api.receiveAccountInfo().hasVPNData());
+        const ServerListGettingResult list = api.receiveServerList();
+        QCOMPARE(list.status, 0);
+        VpnServerInformation target;
+        for (const auto& servers : list.serversByCountry) {
+            for (const auto& server : servers) {
+                if (server.hasOvpnConfig && target.name.isEmpty())
+                    target = server;
+            }
+        }
+        QVERIFY(!target.name.isEmpty());
+
+        TestPlatform platform;
+        Settings settings; // all protocols: IKEv2 dials (scripted) but never verifies
+        KillSwitcher killSwitcher(api, platform, settings);
+        ConnectionChain::Options options;
+        options.openVpnDirectory = m_programDir.path();
+        options.keeperIntervalMs = 100;
+        options.reestablishIntervalMs = 500;
+        ConnectionChain chain(api, platform, settings, killSwitcher, options);
+        QSignalSpy started(&chain, &ConnectionChain::reestablishStarted);
+        QSignalSpy finished(&chain, &ConnectionChain::reestablishFinished);
+
+        const OperationResult connected = chain.connect(target);
+        QVERIFY2(connected.isSuccess, qPrintable(connected.message));
+        QCOMPARE(chain.mode(), ConnectionChain::Connected);
+        QCOMPARE(chain.currProtocolName(), QString("Open VPN UDP"));
+        QCOMPARE(service.openTunnels(), QStringList{target.host});
+        QVERIFY(api.receiveIp().isProtected);
+
+        // The service cuts the tunnel: the keeper notices and the chain brings it back.
+        QVERIFY(service.dropTunnels());
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 15000);
+        QCOMPARE(started.count(), 1);
+        QCOMPARE(finished.at(0).at(0).toBool(), true);
+        QCOMPARE(chain.mode(), ConnectionChain::Connected);
+        QTRY_COMPARE(service.openTunnels(), QStringList{target.host});
+
+        QVERIFY(chain.disconnect().isSuccess);
+        QCOMPARE(chain.mode(), ConnectionChain::Disconnected);
+        QTRY_VERIFY(service.openTunnels().isEmpty());
+        QVERIFY(!api.receiveIp().isProtected);
+    }
+};
+
+TAVERO_TEST_GUILESS_MAIN(TestChainWithService)
+#include "tst_chainwithservice.moc"

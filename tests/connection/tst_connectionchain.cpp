@@ -1,0 +1,354 @@
+#include "api/serverapi.h"
+#include "app/settings.h"
+#include "connection/connectionchain.h"
+#include "connection/killswitcher.h"
+#include "platform/platformoverrides.h"
+#include "support/fakeserverapi.h"
+#include "support/testmain.h"
+#include "support/testplatform.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTranslator>
+
+#include <memory>
+
+using tavero::ConnectionChain;
+using tavero::ConnectionKeeper;
+using tavero::KillSwitcher;
+using tavero::PlatformOverrides;
+using tavero::Settings;
+using tavero::test::FakeServerApi;
+using tavero::test::TestPlatform;
+
+namespace {
+
+QString pem(const QString& label)
+{
+    return QStringLiteral("-----BEGIN %1-----\nMIIBCgKCAQEAq1w=\n-----END %1-----").arg(label);
+}
+
+IpGettingResult ipAnswer(bool isProtected, int status = RequestResult::Ok)
+{
+    IpGettingResult ip;
+    ip.status = status;
+    ip.isProtected = isProtected;
+    ip.ip = isProtected ? "203.0.113.7" : "198.51.100.1";
+    return ip;
+}
+
+VpnServerInformation server(const QString& name, bool ovpn = true, bool account = true)
+{
+    VpnServerInformation s;
+    s.countryId = 7;
+    s.name = name;
+    s.host = name + ".vpn.example";
+    s.isAvailable = true;
+    s.hasOvpnConfig = ovpn;
+    s.hasAccountData = account;
+    s.vpnUsername = "user";
+    s.vpnPassword = "secret";
+    return s;
+}
+
+} // namespace
+
+// The chain with a scripted platform (IKEv2 and the network switch), the OpenVPN stand-in as
+// openvpn, and a scripted service.
+class TestConnectionChain : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_programDir;
+    QTranslator m_english;
+    std::unique_ptr<FakeServerApi> m_api;
+    std::unique_ptr<TestPlatform> m_platform;
+    std::unique_ptr<Settings> m_settings;
+    std::unique_ptr<KillSwitcher> m_killSwitcher;
+    std::unique_ptr<ConnectionChain> m_chain;
+
+    ConnectionChain& chain() { return *m_chain; }
+
+    void makeChain()
+    {
+        ConnectionChain::Options options;
+        options.openVpnDirectory = m_programDir.path();
+        options.openVpnLimits.connectLimit = std::chrono::milliseconds(3000);
+        options.openVpnLimits.silenceLimit = std::chrono::milliseconds(2000);
+        options.openVpnLimits.wait = std::chrono::milliseconds(50);
+        options.openVpnLimits.slice = std::chrono::milliseconds(10);
+        options.reestablishIntervalMs = 150;
+        options.keeperIntervalMs = 30;
+        options.asyncPollWindowMs = 50;
+        options.asyncPollSliceMs = 10;
+        m_chain = std::make_unique<ConnectionChain>(*m_api, *m_platform, *m_settings,
+                                                    *m_killSwitcher, options);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_english.load(":/translations/eng"));
+        QCoreApplication::installTranslator(&m_english);
+        QVERIFY(QFile::link(qEnvironmentVariable("TAVERO_FAKE_OPENVPN"),
+                            m_programDir.path() + "/openvpn"));
+    }
+
+    void init()
+    {
+        tavero::test::TestEnvironment::clearSettings();
+        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "success");
+        PlatformOverrides::setAdministrator(true);
+        PlatformOverrides::setRdpListening(false);
+        tavero::ServerApi::setIsOpenVpnAllowed(true);
+        tavero::ServerApi::setIsIKEv2Allowed(true);
+        m_api = std::make_unique<FakeServerApi>();
+        m_api->ipResult = ipAnswer(true);
+        m_api->accountInfo.status = RequestResult::Ok;
+        m_api->accountInfo.caCertificate = pem("CERTIFICATE");
+        m_api->accountInfo.publicKey = pem("CERTIFICATE");
+        m_api->accountInfo.privateKey = pem("PRIVATE KEY");
+        m_platform = std::make_unique<TestPlatform>();
+        m_settings = std::make_unique<Settings>();
+        m_killSwitcher = std::make_unique<KillSwitcher>(*m_api, *m_platform, *m_settings);
+        makeChain();
+    }
+
+    void cleanup()
+    {
+        m_chain.reset(); // kills any stand-in still running
+        m_killSwitcher.reset();
+        PlatformOverrides::setAdministrator(std::nullopt);
+        PlatformOverrides::setRdpListening(std::nullopt);
+    }
+
+    void constructionDropsLeftoverDialUp()
+    {
+        QCOMPARE(m_platform->callNames(), QStringList{"disconnect"});
+        QCOMPARE(chain().mode(), ConnectionChain::Disconnected);
+        QCOMPARE(chain().currProtocolName(), QString("Disconnected"));
+    }
+
+    void chainFollowsRightsAndRemoteDesktop_data()
+    {
+        QTest::addColumn<int>("flags");
+        QTest::addColumn<bool>("admin");
+        QTest::addColumn<bool>("rdp");
+        QTest::addColumn<QStringList>("expected");
+        const QStringList all{"IKEv2", "Open VPN UDP", "Open VPN TCP"};
+        QTest::newRow("administrator") << 31 << true << false << all;
+        QTest::newRow("administrator, remote desktop") << 31 << true << true << all;
+        QTest::newRow("IKEv2 + UDP + TCP") << int(IKEv2 | OvpnUdp | OvpnTcp) << true << false << all;
+        QTest::newRow("no rights, no remote desktop") << 31 << false << false << QStringList{"IKEv2"};
+        QTest::newRow("no rights, remote desktop") << 31 << false << true << QStringList{};
+        QTest::newRow("no rights, remote desktop, IKEv2 alone")
+            << int(IKEv2) << false << true << QStringList{"IKEv2"};
+        QTest::newRow("L2TP and PPTP add nothing") << int(L2tp | Pptp) << true << false << QStringList{};
+        QTest::newRow("TCP alone") << int(OvpnTcp) << true << false << QStringList{"Open VPN TCP"};
+    }
+    void chainFollowsRightsAndRemoteDesktop()
+    {
+        QFETCH(int, flags);
+        QFETCH(bool, admin);
+        QFETCH(bool, rdp);
+        QFETCH(QStringList, expected);
+        PlatformOverrides::setAdministrator(admin);
+        PlatformOverrides::setRdpListening(rdp);
+        // Without administrator rights the program forbids OpenVPN for the whole process.
+        tavero::ServerApi::setIsOpenVpnAllowed(admin);
+        m_settings->setProtocolTypes(QFlags<ProtocolType>(flags));
+        QVERIFY(chain().createChain().isSuccess);
+        QCOMPARE(chain().chainNames(), expected);
+    }
+
+    void firstVerifiedProtocolWins()
+    {
+        QSignalSpy modes(&chain(), &ConnectionChain::modeChanged);
+        const OperationResult result = chain().connect(server("de-1"));
+        QVERIFY2(result.isSuccess, qPrintable(result.message));
+        QCOMPARE(chain().mode(), ConnectionChain::Connected);
+        QCOMPARE(chain().currProtocolName(), QString("IKEv2"));
+        QCOMPARE(chain().currentServer().name, QString("de-1"));
+        QVERIFY(m_platform->callNames().contains("connectIKEv2"));
+        QCOMPARE(m_api->calls("receiveIp"), 1);
+        QVERIFY(modes.count() >= 2); // Connecting, then Connected
+    }
+
+    void unprotectedProtocolIsDroppedForTheNext()
+    {
+        // IKEv2 comes up but the service still sees the real address; UDP then verifies.
+        m_api->onCall("receiveIp", [this] {
+            m_api->ipResult = ipAnswer(m_api->calls("receiveIp") > 1);
+        });
+        const OperationResult result = chain().connect(server("de-1"));
+        QVERIFY2(result.isSuccess, qPrintable(result.message));
+        QCOMPARE(chain().currProtocolName(), QString("Open VPN UDP"));
+        const QStringList calls = m_platform->callNames();
+        QCOMPARE(calls.count("disconnect"), 2); // at construction, then the unverified IKEv2
+    }
+
+    void failureMessages_data()
+    {
+        QTest::addColumn<int>("flags");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("all five fail") << 31 << "Failed to connect via any protocols";
+        QTest::newRow("TCP and UDP fail")
+            << int(OvpnTcp | OvpnUdp) << "Unable to connect using protocol Open VPN TCP, Open VPN UDP";
+        QTest::newRow("only dial-up protocols")
+            << int(L2tp | Pptp) << "No  specified protocols are supported by the selected server.";
+        QTest::newRow("nothing allowed")
+            << 0 << "No  specified protocols are supported by the selected server.";
+    }
+    void failureMessages()
+    {
+        QFETCH(int, flags);
+        QFETCH(QString, message);
+        m_settings->setProtocolTypes(QFlags<ProtocolType>(flags));
+        m_platform->queueResult("connectIKEv2", OperationResult(QString("dial failed")));
+        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "error");
+        const OperationResult result = chain().connect(server("de-1"));
+        QVERIFY(!result.isSuccess);
+        QCOMPARE(result.message, message);
+        QCOMPARE(chain().mode(), ConnectionChain::Failed);
+        QCOMPARE(chain().currProtocolName(), QString("Disconnected"));
+        QCOMPARE(chain().currentServer().countryId, -1);
+    }
+
+    void serverWithoutOpenVpnConfigOnlyForIKEv2()
+    {
+        m_settings->setProtocolTypes(OvpnUdp);
+        const OperationResult result = chain().connect(server("de-1", false));
+        QCOMPARE(result.message,
+                 QString("No  specified protocols are supported by the selected server."));
+    }
+
+    void noInternetLeavesTheModeAlone()
+    {
+        m_api->internet = false;
+        const OperationResult result = chain().connect(server("de-1"));
+        QVERIFY(!result.isSuccess);
+        QCOMPARE(result.code, OperationResult::NoInternet);
+        QCOMPARE(result.message, QString("Connection failed. Check internet connection."));
+        QCOMPARE(chain().mode(), ConnectionChain::Disconnected);
+    }
+
+    void requestsDuringAConnectAreRefused()
+    {
+        m_platform->holdConnects();
+        OperationResult duringDisconnect(QString("not called"));
+        OperationResult duringConnect(QString("not called"));
+        // Acts from inside the running attempt once the IKEv2 dial is under way, as a user's
+        // click delivered during the attempt's event processing would.
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, this, [&] {
+            if (m_platform->callCount("connectIKEv2") == 0)
+                return;
+            poll.stop();
+            duringDisconnect = chain().disconnect();
+            duringConnect = chain().connect(server("fr-1"));
+            m_platform->releaseConnects();
+        });
+        poll.start(5);
+        const OperationResult result = chain().connect(server("de-1"));
+        QCOMPARE(duringDisconnect.message, QString("Opening connection"));
+        QCOMPARE(duringConnect.message, QString("Opening connection"));
+        QVERIFY(result.isSuccess);
+        QCOMPARE(chain().currentServer().name, QString("de-1"));
+        QCOMPARE(m_platform->callCount("connectIKEv2"), 1);
+        QVERIFY(!chain().isConnecting());
+    }
+
+    void userDisconnect()
+    {
+        QVERIFY(chain().connect(server("de-1")).isSuccess);
+        QVERIFY(chain().disconnect().isSuccess);
+        QCOMPARE(chain().mode(), ConnectionChain::Disconnected);
+        QCOMPARE(chain().currProtocolName(), QString("Disconnected"));
+        // Nothing live: a second disconnect succeeds without touching the platform.
+        const int calls = m_platform->callCount("disconnect");
+        QVERIFY(chain().disconnect().isSuccess);
+        QCOMPARE(m_platform->callCount("disconnect"), calls);
+    }
+
+    void breakWithKillSwitchCutsTheNetwork()
+    {
+        m_settings->setKillSwitch(true);
+        QVERIFY(chain().connect(server("de-1")).isSuccess);
+        QSignalSpy expired(&chain(), &ConnectionChain::protocolsExpired);
+        QSignalSpy started(&chain(), &ConnectionChain::reestablishStarted);
+        QTest::ignoreMessage(QtWarningMsg, "Internet stopped by killswitch");
+        m_api->ipResult = ipAnswer(false);
+        QTRY_COMPARE(expired.count(), 1);
+        QCOMPARE(chain().mode(), ConnectionChain::Failed);
+        QVERIFY(m_platform->isNetworkOff());
+        QVERIFY(chain().isKillswitched());
+        QVERIFY(!chain().isReestablishScheduled());
+        QTest::qWait(300);
+        QVERIFY(started.isEmpty());
+    }
+
+    void breakWithoutKillSwitchIsReestablished()
+    {
+        QVERIFY(chain().connect(server("de-1")).isSuccess);
+        QSignalSpy expired(&chain(), &ConnectionChain::protocolsExpired);
+        QSignalSpy started(&chain(), &ConnectionChain::reestablishStarted);
+        QSignalSpy finished(&chain(), &ConnectionChain::reestablishFinished);
+        // The tunnel breaks and the network is gone for the first attempt.
+        m_api->ipResult = ipAnswer(false);
+        m_api->internet = false;
+        QTRY_COMPARE(finished.count(), 1);
+        QCOMPARE(started.count(), 1);
+        QCOMPARE(finished.at(0).at(0).toBool(), false);
+        QCOMPARE(expired.count(), 1);
+        QVERIFY(chain().isReestablishScheduled());
+        // The next attempt, one interval later, finds the network and the tunnel back.
+        m_api->internet = true;
+        m_api->ipResult = ipAnswer(true);
+        QTRY_COMPARE(finished.count(), 2);
+        QCOMPARE(finished.at(1).at(0).toBool(), true);
+        QCOMPARE(chain().mode(), ConnectionChain::Connected);
+        QVERIFY(!chain().needsReestablish());
+        QVERIFY(!chain().isReestablishScheduled());
+    }
+
+    void pickingAnotherServerEndsReestablishing()
+    {
+        QVERIFY(chain().connect(server("de-1")).isSuccess);
+        QSignalSpy finished(&chain(), &ConnectionChain::reestablishFinished);
+        m_api->ipResult = ipAnswer(false);
+        m_api->internet = false;
+        QTRY_COMPARE(finished.count(), 1);
+        chain().serverWasChanged(server("fr-1"));
+        QVERIFY(!chain().needsReestablish());
+        m_api->internet = true;
+        QTest::qWait(400);
+        QCOMPARE(finished.count(), 1); // the scheduled attempt found nothing to do
+        QVERIFY(!chain().isReestablishScheduled());
+    }
+
+    void harmlessNoNetworkBreakReturnsToConnected()
+    {
+        QVERIFY(chain().connect(server("de-1")).isSuccess);
+        QSignalSpy expired(&chain(), &ConnectionChain::protocolsExpired);
+        QSignalSpy modes(&chain(), &ConnectionChain::modeChanged);
+        chain().onBreakDetected(ConnectionKeeper::NoNetwork); // the service answers protected
+        QCOMPARE(chain().mode(), ConnectionChain::Connected);
+        QVERIFY(expired.isEmpty());
+        QVERIFY(modes.count() >= 2); // Disconnected, then Connected again
+        const int checks = m_api->calls("receiveIp");
+        QTRY_VERIFY(m_api->calls("receiveIp") > checks); // the keeper runs again
+    }
+
+    void modeTexts()
+    {
+        QCOMPARE(chain().modeText(), QString("Disconnected"));
+        chain().setMode(ConnectionChain::Connected);
+        QCOMPARE(chain().modeText(), QString("Connected"));
+        chain().setMode(ConnectionChain::Failed);
+        QCOMPARE(chain().modeText(), QString("Disconnected"));
+        QCOMPARE(int(ConnectionChain::Connecting), 0);
+        QCOMPARE(int(ConnectionChain::Failed), 5);
+    }
+};
+
+TAVERO_TEST_GUILESS_MAIN(TestConnectionChain)
+#include "tst_connectionchain.moc"

@@ -1,0 +1,149 @@
+#include "app/settings.h"
+#include "connection/killswitcher.h"
+#include "support/fakeserverapi.h"
+#include "support/testmain.h"
+#include "support/testplatform.h"
+
+#include <memory>
+
+using tavero::KillSwitcher;
+using tavero::Settings;
+using tavero::test::FakeServerApi;
+using tavero::test::TestPlatform;
+
+class TestKillSwitcher : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<FakeServerApi> m_api;
+    std::unique_ptr<TestPlatform> m_platform;
+    std::unique_ptr<Settings> m_settings;
+    qint64 m_nowMs = 0;
+
+    std::unique_ptr<KillSwitcher> makeSwitcher()
+    {
+        return std::make_unique<KillSwitcher>(*m_api, *m_platform, *m_settings,
+                                              [this] { return m_nowMs; });
+    }
+
+private slots:
+    void init()
+    {
+        tavero::test::TestEnvironment::clearSettings();
+        m_api = std::make_unique<FakeServerApi>();
+        m_platform = std::make_unique<TestPlatform>();
+        m_settings = std::make_unique<Settings>();
+        m_nowMs = 0;
+    }
+
+    void settingOffNeverCuts()
+    {
+        auto switcher = makeSwitcher();
+        QVERIFY(!switcher->canInternetOff());
+        switcher->stopInternet();
+        QCOMPARE(m_platform->callCount("turnOffInternet"), 0);
+        QCOMPARE(switcher->state(), KillSwitcher::Untouched);
+        QVERIFY(!switcher->isInternetOff());
+    }
+
+    void settingOnCutsOnce()
+    {
+        m_settings->setKillSwitch(true);
+        auto switcher = makeSwitcher();
+        QTest::ignoreMessage(QtWarningMsg, "Internet stopped by killswitch");
+        switcher->stopInternet();
+        QVERIFY(switcher->isInternetOff());
+        QVERIFY(m_platform->isNetworkOff());
+        QVERIFY(switcher->haveDisabledNetDevicesByKillSwitch());
+        QVERIFY(!switcher->canInternetOff());
+        switcher->stopInternet();
+        QCOMPARE(m_platform->callCount("turnOffInternet"), 1);
+    }
+
+    void restoreWaitsForConnectivity()
+    {
+        m_settings->setKillSwitch(true);
+        auto switcher = makeSwitcher();
+        QTest::ignoreMessage(QtWarningMsg, "Internet stopped by killswitch");
+        switcher->stopInternet();
+        // The probe fails twice (one second apart), then the network is back.
+        m_api->internet = false;
+        m_api->onCall("isThereInternet", [this] {
+            m_nowMs += 1000;
+            m_api->internet = m_api->calls("isThereInternet") >= 3;
+        });
+        QVERIFY(switcher->startInternet(30));
+        QCOMPARE(m_api->calls("isThereInternet"), 3);
+        QCOMPARE(switcher->state(), KillSwitcher::InternetOn);
+        QVERIFY(!m_platform->isNetworkOff());
+        // Once restored, later calls answer at once without the platform.
+        QVERIFY(switcher->startInternet(30));
+        QCOMPARE(m_platform->callCount("turnOnInternet"), 1);
+    }
+
+    void restoreGivesUpAfterItsLimit()
+    {
+        m_settings->setKillSwitch(true);
+        auto switcher = makeSwitcher();
+        QTest::ignoreMessage(QtWarningMsg, "Internet stopped by killswitch");
+        switcher->stopInternet();
+        m_api->internet = false;
+        m_api->onCall("isThereInternet", [this] { m_nowMs += 4000; });
+        QTest::ignoreMessage(QtWarningMsg, "Internet started after killswitch");
+        QVERIFY(!switcher->startInternet(15));
+        // 15 whole seconds are not yet "more than 15": the test at 16 s gives up.
+        QCOMPARE(m_api->calls("isThereInternet"), 4);
+        QCOMPARE(switcher->state(), KillSwitcher::InternetOn);
+    }
+
+    void freshRestoreWithNothingToSwitchOn()
+    {
+        auto switcher = makeSwitcher();
+        QVERIFY(!switcher->startInternet(30));
+        QCOMPARE(switcher->state(), KillSwitcher::InternetOn);
+        QCOMPARE(m_platform->callCount("turnOnInternet"), 1);
+        QCOMPARE(m_api->calls("isThereInternet"), 0);
+    }
+
+    void nestedRestoreDuringTheWaitReturnsAtOnce()
+    {
+        m_settings->setKillSwitch(true);
+        auto switcher = makeSwitcher();
+        QTest::ignoreMessage(QtWarningMsg, "Internet stopped by killswitch");
+        switcher->stopInternet();
+        bool nested = false;
+        m_api->onCall("isThereInternet", [&] {
+            if (m_api->calls("isThereInternet") == 1)
+                nested = switcher->startInternet(30); // a user action during the wait
+        });
+        QVERIFY(switcher->startInternet(30));
+        QVERIFY(nested);
+        QCOMPARE(m_platform->callCount("turnOnInternet"), 1);
+    }
+
+    void endingWhileCutRestoresTheNetwork()
+    {
+        m_settings->setKillSwitch(true);
+        {
+            auto switcher = makeSwitcher();
+            QTest::ignoreMessage(QtWarningMsg, "Internet stopped by killswitch");
+            switcher->stopInternet();
+        }
+        QCOMPARE(m_platform->callCount("turnOnNetDevices"), 1);
+        QVERIFY(!m_platform->isNetworkOff());
+    }
+
+    void endingAfterRestoreTouchesNothing()
+    {
+        m_settings->setKillSwitch(true);
+        {
+            auto switcher = makeSwitcher();
+            QTest::ignoreMessage(QtWarningMsg, "Internet stopped by killswitch");
+            switcher->stopInternet();
+            QVERIFY(switcher->startInternet(30));
+        }
+        QCOMPARE(m_platform->callCount("turnOnNetDevices"), 0);
+    }
+};
+
+TAVERO_TEST_GUILESS_MAIN(TestKillSwitcher)
+#include "tst_killswitcher.moc"

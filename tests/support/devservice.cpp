@@ -1,0 +1,328 @@
+#include "support/devservice.h"
+
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QTimer>
+#include <QUrl>
+#include <QUrlQuery>
+
+namespace tavero::test {
+
+namespace {
+
+constexpr int startLimitMs = 60000;
+constexpr int controlLimitMs = 10000;
+
+QString devServiceProgram()
+{
+    const QString configured = qEnvironmentVariable("TAVERO_DEVSERVICE");
+    if (!configured.isEmpty())
+        return configured;
+    return qEnvironmentVariable("TAVERO_TEST_BIN_DIR") +
+           QStringLiteral("/tools/devservice/tavero-devservice");
+}
+
+QString failureName(DevService::Failure failure)
+{
+    switch (failure) {
+    case DevService::Failure::Status:
+        return QStringLiteral("status");
+    case DevService::Failure::Body:
+        return QStringLiteral("body");
+    case DevService::Failure::Garbage:
+        return QStringLiteral("garbage");
+    case DevService::Failure::Empty:
+        return QStringLiteral("empty");
+    case DevService::Failure::Close:
+        return QStringLiteral("close");
+    case DevService::Failure::Delay:
+        return QStringLiteral("delay");
+    }
+    return {};
+}
+
+} // namespace
+
+DevService::DevService(const QStringList& extraArguments)
+{
+    if (!m_stateDir.isValid()) {
+        m_error = QStringLiteral("no temporary directory for the service state");
+        return;
+    }
+    const QString program = devServiceProgram();
+    if (!QFile::exists(program)) {
+        m_error = QStringLiteral("tavero-devservice not found at %1 (set TAVERO_DEVSERVICE)")
+                      .arg(program);
+        return;
+    }
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel); // its errors in the test log
+    m_process.start(program, QStringList{QStringLiteral("--state-dir"),
+                                         m_stateDir.path() + QStringLiteral("/state"),
+                                         QStringLiteral("--https-port"), QStringLiteral("0"),
+                                         QStringLiteral("--http-port"), QStringLiteral("0"),
+                                         QStringLiteral("--tunnel-port"), QStringLiteral("0"),
+                                         QStringLiteral("--exit-with-parent")} +
+                                 extraArguments);
+    const QDeadlineTimer deadline(startLimitMs);
+    while (!m_process.canReadLine() && m_process.state() != QProcess::NotRunning &&
+           !deadline.hasExpired())
+        m_process.waitForReadyRead(int(qMin<qint64>(deadline.remainingTime(), 1000)));
+    if (!m_process.canReadLine()) {
+        m_error = QStringLiteral("tavero-devservice did not report ready (%1)")
+                      .arg(m_process.state() == QProcess::NotRunning
+                               ? QStringLiteral("exit code %1").arg(m_process.exitCode())
+                               : QStringLiteral("still silent after %1 ms").arg(startLimitMs));
+        stop();
+        return;
+    }
+    const QByteArray line = m_process.readLine().trimmed();
+    m_ready = QJsonDocument::fromJson(line).object();
+    if (m_ready.value(QStringLiteral("api")).toString().isEmpty()) {
+        m_error = QStringLiteral("unreadable ready line: %1").arg(QString::fromUtf8(line));
+        stop();
+        return;
+    }
+
+    m_network = std::make_unique<QNetworkAccessManager>();
+    const QJsonArray accounts =
+        control("GET", QStringLiteral("/accounts"), {}).value(QStringLiteral("accounts")).toArray();
+    for (const QJsonValue& value : accounts) {
+        const QJsonObject object = value.toObject();
+        m_accounts.append({object.value(QStringLiteral("email")).toString(),
+                           object.value(QStringLiteral("password")).toString(),
+                           object.value(QStringLiteral("vpn_username")).toString(),
+                           object.value(QStringLiteral("vpn_password")).toString(),
+                           object.value(QStringLiteral("shared_key")).toString()});
+    }
+    if (m_accounts.isEmpty()) {
+        m_error = QStringLiteral("the control endpoint did not list the accounts");
+        stop();
+    }
+}
+
+DevService::~DevService()
+{
+    stop();
+}
+
+bool DevService::isRunning() const
+{
+    return m_error.isEmpty() && m_process.state() == QProcess::Running;
+}
+
+QString DevService::readyValue(const char* key) const
+{
+    return m_ready.value(QLatin1String(key)).toString();
+}
+
+QString DevService::apiUrl() const
+{
+    return readyValue("api");
+}
+
+QString DevService::ipInfoUrl() const
+{
+    return readyValue("ipinfo");
+}
+
+QString DevService::probeUrl() const
+{
+    return readyValue("probe");
+}
+
+QString DevService::caFile() const
+{
+    return readyValue("ca");
+}
+
+QString DevService::controlUrl() const
+{
+    return readyValue("control");
+}
+
+QString DevService::stateDir() const
+{
+    return readyValue("state");
+}
+
+QString DevService::tunnelHost() const
+{
+    return readyValue("tunnel").section(QLatin1Char(':'), 0, 0);
+}
+
+quint16 DevService::tunnelPort() const
+{
+    return quint16(readyValue("tunnel").section(QLatin1Char(':'), 1, 1).toUInt());
+}
+
+tavero::Endpoints DevService::endpoints() const
+{
+    return {apiUrl(), ipInfoUrl(), probeUrl(), caFile()};
+}
+
+void DevService::exportEnvironment() const
+{
+    qputenv("TAVERO_API_URL", apiUrl().toUtf8());
+    qputenv("TAVERO_IPINFO_URL", ipInfoUrl().toUtf8());
+    qputenv("TAVERO_PROBE_URL", probeUrl().toUtf8());
+    qputenv("TAVERO_CA_FILE", QFile::encodeName(caFile()));
+}
+
+QJsonObject DevService::control(const QByteArray& method, const QString& path,
+                                const QUrlQuery& query, const QByteArray& body)
+{
+    if (!m_network || m_process.state() != QProcess::Running)
+        return {};
+    QUrl url(controlUrl() + path);
+    url.setQuery(query);
+    QNetworkRequest request(url);
+    // Trust this service's CA for the control calls only; the process-wide TLS defaults stay
+    // as the code under test leaves them.
+    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+    tls.setCaCertificates(QSslCertificate::fromPath(caFile()));
+    request.setSslConfiguration(tls);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    QNetworkReply* reply = m_network->sendCustomRequest(request, method, body);
+    QEventLoop loop;
+    QTimer::singleShot(controlLimitMs, &loop, &QEventLoop::quit);
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    if (!reply->isFinished())
+        loop.exec();
+    const QByteArray answer = reply->isFinished() ? reply->readAll() : QByteArray();
+    reply->abort();
+    reply->deleteLater();
+    return QJsonDocument::fromJson(answer).object();
+}
+
+bool DevService::controlOk(const QByteArray& method, const QString& path, const QUrlQuery& query,
+                           const QByteArray& body)
+{
+    return control(method, path, query, body).value(QStringLiteral("ok")).toBool();
+}
+
+bool DevService::expireTokens(bool revoke)
+{
+    QUrlQuery query;
+    if (revoke)
+        query.addQueryItem(QStringLiteral("revoke"), QStringLiteral("1"));
+    return controlOk("POST", QStringLiteral("/tokens/expire"), query);
+}
+
+bool DevService::setTokenLifetime(int seconds)
+{
+    QUrlQuery query;
+    query.addQueryItem(QStringLiteral("seconds"), QString::number(seconds));
+    return controlOk("POST", QStringLiteral("/tokens/lifetime"), query);
+}
+
+bool DevService::failNext(const QString& path, int count, Failure failure, int httpStatus,
+                          const QByteArray& body, int delayMs)
+{
+    QUrlQuery query;
+    query.addQueryItem(QStringLiteral("path"), path);
+    query.addQueryItem(QStringLiteral("count"), QString::number(count));
+    query.addQueryItem(QStringLiteral("mode"), failureName(failure));
+    if (httpStatus > 0)
+        query.addQueryItem(QStringLiteral("status"), QString::number(httpStatus));
+    if (delayMs > 0)
+        query.addQueryItem(QStringLiteral("delay_ms"), QString::number(delayMs));
+    return controlOk("POST", QStringLiteral("/fail"), query, body);
+}
+
+bool DevService::replyNext(const QString& path, int count, int httpStatus, const QByteArray& body)
+{
+    return failNext(path, count, Failure::Body, httpStatus, body);
+}
+
+bool DevService::delayNext(const QString& path, int count, int delayMs)
+{
+    return failNext(path, count, Failure::Delay, 0, {}, delayMs);
+}
+
+QMap<QString, int> DevService::requestCounts()
+{
+    QMap<QString, int> counts;
+    const QJsonObject answer = control("GET", QStringLiteral("/counters"), {});
+    const QJsonObject object = answer.value(QStringLiteral("counts")).toObject();
+    for (auto it = object.begin(); it != object.end(); ++it)
+        counts.insert(it.key(), it.value().toInt());
+    return counts;
+}
+
+int DevService::requestCount(const QString& path)
+{
+    const QJsonObject answer = control("GET", QStringLiteral("/counters"), {});
+    if (!answer.contains(QStringLiteral("counts")))
+        return -1;
+    return answer.value(QStringLiteral("counts")).toObject().value(path).toInt(0);
+}
+
+QJsonArray DevService::requests()
+{
+    return control("GET", QStringLiteral("/requests"), {})
+        .value(QStringLiteral("requests"))
+        .toArray();
+}
+
+bool DevService::resetCounters()
+{
+    return controlOk("POST", QStringLiteral("/counters/reset"), {});
+}
+
+bool DevService::dropTunnels()
+{
+    return controlOk("POST", QStringLiteral("/tunnel/drop"), {});
+}
+
+QStringList DevService::openTunnels()
+{
+    QStringList hosts;
+    const QJsonArray tunnels =
+        control("GET", QStringLiteral("/tunnels"), {}).value(QStringLiteral("tunnels")).toArray();
+    for (const QJsonValue& tunnel : tunnels)
+        hosts << tunnel.toObject().value(QStringLiteral("host")).toString();
+    return hosts;
+}
+
+bool DevService::setHomeCountry(const QString& countryCode)
+{
+    QUrlQuery query;
+    query.addQueryItem(QStringLiteral("country_code"), countryCode);
+    return controlOk("POST", QStringLiteral("/home"), query);
+}
+
+bool DevService::setServerHost(const QString& host, const QString& serverName)
+{
+    QUrlQuery query;
+    query.addQueryItem(QStringLiteral("host"), host);
+    if (!serverName.isEmpty())
+        query.addQueryItem(QStringLiteral("name"), serverName);
+    return controlOk("POST", QStringLiteral("/hotspots/host"), query);
+}
+
+bool DevService::reset()
+{
+    return controlOk("POST", QStringLiteral("/reset"), {});
+}
+
+bool DevService::stop()
+{
+    m_network.reset(); // its kept-alive connection would hold up the service's shutdown
+    if (m_process.state() == QProcess::NotRunning)
+        return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    m_process.terminate();
+    if (!m_process.waitForFinished(10000)) {
+        m_process.kill();
+        m_process.waitForFinished(5000);
+        return false;
+    }
+    return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+}
+
+} // namespace tavero::test

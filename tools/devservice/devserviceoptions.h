@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace tavero::devservice {
+
+// The command line:
+//   tavero-devservice [--data FILE] [--state-dir DIR] [--bind ADDR] [--https-port N]
+//                     [--http-port N] [--tunnel-port N] [--vpn-pool CIDR]
+//                     [--token-lifetime SECONDS] [--verbose] [--exit-with-parent]
+// Port 0 picks a free port.
+struct DevServiceOptions {
+    std::string dataFile;
+    std::string stateDir;
+    std::string bindAddress = "127.0.0.1";
+    int httpsPort = 8443;
+    int httpPort = 8080;
+    int tunnelPort = 8445;
+    std::string vpnPool;
+    int tokenLifetimeSeconds = 3600;
+    bool verbose = false;
+    bool exitWithParent = false; // stop when the starting process dies (test fixtures)
+
+    static std::string usage();
+    // nullopt with `error` set on an unknown option or a bad value; `help` set for --help.
+    static std::optional<DevServiceOptions> parse(int argc, char** argv, std::string& error,
+                                                  bool& help);
+};
+
+} // namespace tavero::devservice
