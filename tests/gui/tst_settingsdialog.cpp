@@ -279,8 +279,7 @@ private slots:
         QTest::newRow("allowed") << true << QString() << true << QVariantList{2};
         QTest::newRow("forbidden, answered yes")
             << false << "action.yes" << true << QVariantList{2};
-        QTest::newRow("forbidden, answered no")
-            << false << "action.no" << false << QVariantList{0};
+        QTest::newRow("forbidden, answered no") << false << "action.no" << false << QVariantList{0};
     }
 
     void killSwitchConfirmation()
@@ -298,7 +297,8 @@ private slots:
         MessageBoxDriver driver;
         if (!answer.isEmpty())
             driver.clickOnNextBox(answer);
-        QTest::mouseClick(f.killSwitch(), Qt::LeftButton, {}, QPoint(5, f.killSwitch()->height() / 2));
+        QTest::mouseClick(f.killSwitch(), Qt::LeftButton, {},
+                          QPoint(5, f.killSwitch()->height() / 2));
 
         QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join('\n')));
         QCOMPARE(driver.seen().size(), answer.isEmpty() ? 0 : 1);
@@ -506,8 +506,8 @@ private slots:
             auto* section = f.child<QWidget>(name);
             const QLabel* title = section->findChild<QLabel*>();
             const int y = title->geometry().top() + title->fontMetrics().height() / 2 + 2;
-            const int textEnd = title->geometry().left()
-                                + title->fontMetrics().horizontalAdvance(title->text());
+            const int textEnd =
+                title->geometry().left() + title->fontMetrics().horizontalAdvance(title->text());
             QCOMPARE(pixelOf(section, {section->width() - 30, y}), rule);
             QCOMPARE(pixelOf(section, {textEnd + 12, y}), rule);
             QVERIFY(pixelOf(section, {textEnd + 5, y}) != rule); // the gap after the title

@@ -36,7 +36,8 @@ private:
 class SettingsShotContext : public QObject {
 public:
     SettingsShotContext()
-        : api(Endpoints{QStringLiteral("https://127.0.0.1:9"), QStringLiteral("https://127.0.0.1:9/json"),
+        : api(Endpoints{QStringLiteral("https://127.0.0.1:9"),
+                        QStringLiteral("https://127.0.0.1:9/json"),
                         QStringLiteral("http://127.0.0.1:9/"), QString()},
               std::chrono::milliseconds(2000))
         , manager(api)
@@ -61,8 +62,8 @@ std::unique_ptr<QWidget> makeSettings(const QString& state)
     settings.setKillSwitch(false);
     settings.setProtocolTypes(QFlags<ProtocolType>(protocols::allProtocols));
 
-    auto dialog = std::make_unique<SettingsDialog>(context->manager, context->controller,
-                                                   context->languages);
+    auto dialog =
+        std::make_unique<SettingsDialog>(context->manager, context->controller, context->languages);
     context.release()->setParent(dialog.get());
     dialog->fillUp();
     if (state == QLatin1String("about"))

@@ -8,7 +8,6 @@
 
 namespace tavero::screenshots {
 
-
 ShotRunner::ShotRunner(const QString& outputDirectory)
     : m_outputDirectory(outputDirectory)
     , m_languages(m_settings)

@@ -34,9 +34,10 @@ int wrappedHeight(const QLabel& label, const QString& text, int width)
 
 bool hasNewVersionForDevice(const LastVersionGettingResult& result)
 {
-    const int running = QCoreApplication::instance()
-                            ? QCoreApplication::instance()->property("APPLICATION_VERSION_INT").toInt()
-                            : 0;
+    const int running =
+        QCoreApplication::instance()
+            ? QCoreApplication::instance()->property("APPLICATION_VERSION_INT").toInt()
+            : 0;
     return running < result.versionInt;
 }
 
@@ -145,21 +146,17 @@ void NewVersionDialog::startDownload()
         m_ui->progressBar->setValue(total <= 0 ? 100 : int(received * 100 / total));
     });
     connect(reply, &QNetworkReply::errorOccurred, &wait,
-            [&succeeded, &wait, reply](QNetworkReply::NetworkError code) {
+            [&succeeded, &wait](QNetworkReply::NetworkError code) {
                 // Below 100: the connection itself failed (refused, unknown host, time-out, TLS,
                 // cancelled). Errors the server answered with end the reply normally.
-                if (code >= 100 || !succeeded)
-                    return;
-                succeeded = false;
-                if (reply)
-                    reply->abort();
-                wait.quit();
+                if (code < 100) {
+                    succeeded = false;
+                    wait.quit();
+                }
             });
     const QMetaObject::Connection cancelled =
-        connect(this, &NewVersionDialog::signalCancelDownload, &wait, [&succeeded, &wait, reply] {
+        connect(this, &NewVersionDialog::signalCancelDownload, &wait, [&succeeded, &wait] {
             succeeded = false;
-            if (reply)
-                reply->abort();
             wait.quit();
         });
     connect(reply, &QNetworkReply::finished, &wait, &QEventLoop::quit);
@@ -168,6 +165,8 @@ void NewVersionDialog::startDownload()
         wait.exec(); // user input stays live, so Cancel can be pressed
     disconnect(cancelled);
     m_downloading = false;
+    if (reply && reply->isRunning())
+        reply->abort();
 
     if (!succeeded || !reply) {
         QDialog::reject();
@@ -206,9 +205,8 @@ void NewVersionDialog::saveReceivedData(const QByteArray& bytes)
         update.close();
     }
 
-    const QString programDirectory = m_programDirectory.isEmpty()
-                                         ? QCoreApplication::applicationDirPath()
-                                         : m_programDirectory;
+    const QString programDirectory =
+        m_programDirectory.isEmpty() ? QCoreApplication::applicationDirPath() : m_programDirectory;
     QDir::setCurrent(programDirectory);
     QProcess runner;
     runner.setProgram(QDir(programDirectory).filePath(runnerProgram));

@@ -36,8 +36,8 @@ SettingsDialog::SettingsDialog(tavero::VpnManager& vpnManager,
     , m_languageMaster(languageMaster)
 {
     m_ui->setupUi(this);
-    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint
-                   | Qt::WindowCloseButtonHint);
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                   Qt::WindowCloseButtonHint);
     resize(minimumSize());
     // Every text of the dialog is 13-pixel Montserrat (the start-up font pass sets the same).
     QFont dialogFont = font();
@@ -161,7 +161,8 @@ void SettingsDialog::onKillswitchStateChanged(int state)
 {
     if (state == Qt::Checked && !tavero::ServerApi::isKillswitchAllowed()) {
         const QMessageBox::StandardButton answer = ViewManagerUtils::execMessageBox(
-            QMessageBox::Warning, tr("TAVERO"), tr("label.killswitch_is_unavailable_want_to_continue"),
+            QMessageBox::Warning, tr("TAVERO"),
+            tr("label.killswitch_is_unavailable_want_to_continue"),
             QMessageBox::Yes | QMessageBox::No, QMessageBox::NoButton);
         // The "action.yes" button answers Ok. Unchecking reports state 0 by itself.
         if (answer != QMessageBox::Ok) {
@@ -308,19 +309,18 @@ bool SettingsDialog::checkProtocolsBeforeSave()
     const int protocolTypes = selectedProtocols();
     if (protocolTypes == protocols::allProtocols)
         return true;
-    const bool forbidden = ((protocolTypes & IKEv2) && !tavero::ServerApi::isIKEv2Allowed())
-                           || ((protocolTypes & (OvpnTcp | OvpnUdp))
-                               && !tavero::ServerApi::isOpenVpnAllowed());
+    const bool forbidden =
+        ((protocolTypes & IKEv2) && !tavero::ServerApi::isIKEv2Allowed()) ||
+        ((protocolTypes & (OvpnTcp | OvpnUdp)) && !tavero::ServerApi::isOpenVpnAllowed());
     if (!forbidden)
         return true;
 
     QMessageBox box(QMessageBox::Warning,
                     QCoreApplication::translate("QObject", "title.settings_confirmation"),
-                    QCoreApplication::translate("QObject",
-                                                "warning.selected_protocol_not_allowed_save_anyway?"),
+                    QCoreApplication::translate(
+                        "QObject", "warning.selected_protocol_not_allowed_save_anyway?"),
                     QMessageBox::Ok, this);
-    box.addButton(QCoreApplication::translate("QObject", "action.cancel"),
-                  QMessageBox::RejectRole);
+    box.addButton(QCoreApplication::translate("QObject", "action.cancel"), QMessageBox::RejectRole);
     box.setDefaultButton(static_cast<QPushButton*>(nullptr));
     box.exec();
     return box.clickedButton() == box.button(QMessageBox::Ok);
@@ -378,8 +378,8 @@ void SettingsDialog::drawBorderAroundAuthimaticConnection(QPainter& painter)
     const int captionEnd =
         box.left() + QFontMetrics(caption->font()).horizontalAdvance(caption->text()) + 23;
 
-    const QPoint open[] = {{box.left(), top}, {left, top}, {left, bottom}, {right, bottom},
-                           {right, top}};
+    const QPoint open[] = {
+        {box.left(), top}, {left, top}, {left, bottom}, {right, bottom}, {right, top}};
     painter.drawPolyline(open, 5);
     if (captionEnd < right)
         painter.drawLine(captionEnd, top, right, top);

@@ -80,8 +80,7 @@ private:
     int selectedProtocols() const;
     void checkForNewVersion();
 
-    void drawLineOnTheRight(QPainter& painter, QWidget* widget, QLabel* titleLabel, int dx,
-                            int dy);
+    void drawLineOnTheRight(QPainter& painter, QWidget* widget, QLabel* titleLabel, int dx, int dy);
     void drawBorderAroundAuthimaticConnection(QPainter& painter);
     void drawBorderAroundAccountDetails(QPainter& painter);
 
