@@ -8,6 +8,7 @@
 #include <QCommandLineParser>
 #include <QDirIterator>
 #include <QFontDatabase>
+#include <QLoggingCategory>
 #include <QTemporaryDir>
 #include <QTextStream>
 
@@ -43,6 +44,8 @@ int main(int argc, char** argv)
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(settingsHome.path()));
 
     Application app(argc, argv);
+    // The pages' debug lines (the client drops them too) would drown the list of pictures.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     QTextStream out(stdout);
     QTextStream err(stderr);
 

@@ -1,6 +1,7 @@
 #include "gui/pages/newversiondialog.h"
 
 #include "api/serverapi.h"
+#include "gui/shell/colors.h"
 #include "gui/shell/qttools.h"
 #include "ui_newversiondialog.h"
 
@@ -46,11 +47,16 @@ NewVersionDialog::NewVersionDialog(QWidget* parent, const QString& programDirect
     , m_ui(std::make_unique<Ui::NewVersionDialog>())
     , m_programDirectory(programDirectory)
 {
-    m_ui->setupUi(this);
-    setWindowFlags(Qt::Window | Qt::WindowMinimizeButtonHint);
+    // The family reaches the children through font inheritance. It is set before the form is
+    // built, because a widget with a style sheet keeps the font its parent had when the sheet was
+    // applied, and no container carries a style sheet (that would cut the inheritance off): the
+    // white background comes through the palette.
     QFont dialogFont = font();
     dialogFont.setFamily(QStringLiteral("Montserrat"));
     setFont(dialogFont);
+    m_ui->setupUi(this);
+    setWindowFlags(Qt::Window | Qt::WindowMinimizeButtonHint);
+    QtTools::paintWidget(this, QColor(Colors::white));
 
     m_ui->logoBackground->setColor(QColor(0x36, 0x3a, 0x45));
     QtTools::setSemiboldFont(m_ui->pushButtonSetup);

@@ -4,6 +4,7 @@
 #include "api/serverapi.h"
 #include "app/languagemaster.h"
 #include "gui/pages/newversiondialog.h"
+#include "gui/shell/colors.h"
 #include "gui/shell/qttools.h"
 #include "gui/shell/settingscontroller.h"
 #include "gui/shell/viewmanagerutils.h"
@@ -35,15 +36,21 @@ SettingsDialog::SettingsDialog(tavero::VpnManager& vpnManager,
     , m_settingsController(settingsController)
     , m_languageMaster(languageMaster)
 {
-    m_ui->setupUi(this);
-    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                   Qt::WindowCloseButtonHint);
-    resize(minimumSize());
-    // Every text of the dialog is 13-pixel Montserrat (the start-up font pass sets the same).
+    // Every text of the dialog is 13-pixel Montserrat (the start-up font pass sets the same). It
+    // reaches the children through font inheritance. It is set before the form is built, because
+    // a widget with a style sheet keeps the font its parent had when the sheet was applied, and no
+    // container carries a style sheet (that would cut the inheritance off): the account panel is
+    // coloured through the palette.
     QFont dialogFont = font();
     dialogFont.setFamily(QStringLiteral("Montserrat"));
     dialogFont.setPixelSize(13);
     setFont(dialogFont);
+    m_ui->setupUi(this);
+    QtTools::paintWidget(m_ui->widgetAccountDetails, QColor(Colors::white));
+    QtTools::paintWidget(m_ui->widgetAccountRow, QColor(0xf4, 0xf2, 0xf3));
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                   Qt::WindowCloseButtonHint);
+    resize(minimumSize());
 
     // Tabs are switched with the tab bar; the alternative About panel is not used here.
     m_ui->widgetTopBar->hide();
