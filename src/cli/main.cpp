@@ -1,0 +1,73 @@
+// tavero-cli: the headless front end over the VPN manager, for scripts, tests and benchmarks.
+
+#include "api/serverapi.h"
+#include "app/messagehandler.h"
+#include "buildinfo.h"
+#include "cli/cliapp.h"
+#include "cli/clioptions.h"
+#include "cli/clioutput.h"
+#include "cli/exitcode.h"
+#include "cli/passwordreader.h"
+#include "cli/signalwatcher.h"
+#include "manager/vpnmanager.h"
+#include "platform/nativeplatform.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTranslator>
+
+int main(int argc, char* argv[])
+{
+    qInstallMessageHandler(tavero::messageHandler);
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("tavero-cli"));
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(tavero::buildinfo::version));
+
+    QFile out;
+    QFile err;
+    out.open(stdout, QIODevice::WriteOnly);
+    err.open(stderr, QIODevice::WriteOnly);
+
+    using namespace tavero::cli;
+    CliOptions options;
+    QString error;
+    const bool parsed = CliOptions::parse(app.arguments().mid(1), options, error);
+    CliOutput output(options.json, out, err);
+    if (!parsed) {
+        output.error(error, UsageError);
+        output.note(QStringLiteral("Run tavero-cli --help for the commands."));
+        return UsageError;
+    }
+
+    // Messages for scripts are English whatever language the graphical client uses.
+    QTranslator english;
+    if (english.load(QStringLiteral(":/translations/eng")))
+        QCoreApplication::installTranslator(&english);
+
+    // As in the graphical client: without administrator rights neither OpenVPN nor the kill
+    // switch is offered. There is no elevation prompt here; run it with the rights it needs.
+    if (!tavero::NativePlatform::isRunningAsAdministrator()) {
+        tavero::ServerApi::setIsOpenVpnAllowed(false);
+        tavero::ServerApi::setIsKillswitchAllowed(false);
+        if (options.command == CliOptions::Command::Connect)
+            output.note(QStringLiteral("tavero-cli: no administrator rights: OpenVPN and the kill "
+                                       "switch are not available"));
+    }
+
+    // Before anything that can block, so a stop request during the log-in or the first attempt
+    // is not lost; other commands keep the default reaction to signals.
+    std::unique_ptr<SignalWatcher> stopSignals;
+    if (options.command == CliOptions::Command::Connect)
+        stopSignals = std::make_unique<SignalWatcher>();
+
+    tavero::ServerApi api;
+    PasswordReader passwordReader;
+    CliApp cli(
+        options, output, api, [&api] { return std::make_unique<tavero::VpnManager>(api); },
+        [&passwordReader](QString& password) { return passwordReader.read(password); });
+    if (stopSignals) {
+        QObject::connect(stopSignals.get(), &SignalWatcher::stopRequested, &app,
+                         [&cli](int signalNumber) { cli.requestStop(signalNumber); });
+    }
+    return cli.run();
+}

@@ -1,0 +1,206 @@
+#include "manager/vpnmanager.h"
+#include "support/managerfixture.h"
+#include "support/serverlistmaker.h"
+#include "support/testmain.h"
+#include "support/testplatform.h"
+
+#include <QTranslator>
+#include <memory>
+
+using tavero::test::ManagerFixture;
+using tavero::test::ServerListMaker;
+
+namespace {
+
+ServerListGettingResult oneCountry()
+{
+    return ServerListMaker()
+        .country(1, QStringLiteral("de"), QStringLiteral("Germany"))
+        .server(1, QStringLiteral("de-1"), 10, true, true)
+        .list();
+}
+
+} // namespace
+
+// The manager's login and connect paths as the pages and tavero-cli see them, over a scripted
+// service client and platform, with the English catalogue so the messages are the user's texts.
+class TestVpnManager : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void loginFailureMessages_data();
+    void loginFailureMessages();
+    void everyLoginChecksTheAddressAfresh();
+    void loginStoresTokenAndEmail();
+    void autoLoginWithoutTokenMakesNoExchange();
+    void autoLoginUsesStoredToken();
+    void autoLoginStopsWhenAddressCheckFails();
+    void connectWithoutServerListLeavesChainAlone_data();
+    void connectWithoutServerListLeavesChainAlone();
+    void connectReachesConnectedThroughTheChain();
+    void addressTextsBeforeAnyCheck();
+
+private:
+    QTranslator m_english;
+    std::unique_ptr<ManagerFixture> m_fixture;
+};
+
+void TestVpnManager::initTestCase()
+{
+    QVERIFY(m_english.load(QStringLiteral(":/translations/eng")));
+    QCoreApplication::installTranslator(&m_english);
+}
+
+void TestVpnManager::init()
+{
+    m_fixture = std::make_unique<ManagerFixture>();
+    m_fixture->answerReachable(oneCountry(), oneCountry());
+}
+
+void TestVpnManager::cleanup()
+{
+    m_fixture.reset();
+}
+
+void TestVpnManager::loginFailureMessages_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("serverMessage");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("wrong credentials")
+        << int(RequestResult::ServerError) << QStringLiteral("invalid_user_credentials")
+        << QStringLiteral("Wrong login or password.");
+    QTest::newRow("token not created")
+        << int(RequestResult::ServerError) << QStringLiteral("could_not_create_token")
+        << QStringLiteral("Authorization failed. Try again later.");
+    QTest::newRow("other refusal")
+        << int(RequestResult::ServerError) << QStringLiteral("account_locked")
+        << QStringLiteral("Authorization failed. Try again later.");
+    QTest::newRow("empty reply") << int(RequestResult::NoInternet) << QString()
+                                 << QStringLiteral("Connection failed. Check network connection.");
+    QTest::newRow("unreadable reply")
+        << int(RequestResult::InvalidResponse) << QString()
+        << QStringLiteral("Version headers error. Update this programm");
+}
+
+void TestVpnManager::loginFailureMessages()
+{
+    QFETCH(int, status);
+    QFETCH(QString, serverMessage);
+    QFETCH(QString, text);
+    m_fixture->api().loginResult.status = status;
+    m_fixture->api().loginResult.message = serverMessage;
+
+    const OperationResult result =
+        m_fixture->manager().loginByEmail(QStringLiteral("user@vpn.test"), QStringLiteral("pw"));
+    QVERIFY(!result.isSuccess);
+    QCOMPARE(result.code, OperationResult::General);
+    QCOMPARE(result.message, text);
+    // A refused login stores nothing and fetches no list.
+    QVERIFY(m_fixture->manager().settings().token().isEmpty());
+    QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), 0);
+}
+
+void TestVpnManager::everyLoginChecksTheAddressAfresh()
+{
+    QVERIFY(m_fixture->logIn());
+    QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveIp")), 1);
+    m_fixture->api().ipResult.ip = QStringLiteral("198.51.100.9");
+    QVERIFY(m_fixture->logIn());
+    QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveIp")), 2);
+    QCOMPARE(m_fixture->manager().ipAdress(), QStringLiteral("198.51.100.9"));
+    // The recommended list is asked for the fresh address.
+    QCOMPARE(m_fixture->api().lastRecommendedIp, QStringLiteral("198.51.100.9"));
+}
+
+void TestVpnManager::loginStoresTokenAndEmail()
+{
+    QVERIFY(m_fixture->logIn());
+    tavero::ISettings& settings = m_fixture->manager().settings();
+    QCOMPARE(settings.token(), QStringLiteral("token-1"));
+    QCOMPARE(settings.getEmail(), QStringLiteral("user@vpn.test"));
+    QCOMPARE(settings.serverName(), QStringLiteral("de-1"));
+}
+
+void TestVpnManager::autoLoginWithoutTokenMakesNoExchange()
+{
+    QVERIFY(!m_fixture->manager().tryAutoLoginOnRestart());
+    QCOMPARE(m_fixture->exchanges(), 0);
+    QCOMPARE(m_fixture->api().calls(QStringLiteral("setToken")), 0);
+}
+
+void TestVpnManager::autoLoginUsesStoredToken()
+{
+    m_fixture->manager().settings().setToken(QStringLiteral("stored-token"));
+    m_fixture->api().currentToken.clear();
+    QVERIFY(m_fixture->manager().tryAutoLoginOnRestart());
+    QCOMPARE(m_fixture->api().currentToken, QStringLiteral("stored-token"));
+    QCOMPARE(m_fixture->api().calls(QStringLiteral("loginByEmail")), 0);
+    QCOMPARE(m_fixture->manager().vpnServers().servers().status, int(RequestResult::Ok));
+}
+
+void TestVpnManager::autoLoginStopsWhenAddressCheckFails()
+{
+    m_fixture->manager().settings().setToken(QStringLiteral("stored-token"));
+    m_fixture->api().ipResult.status = RequestResult::NoInternet;
+    QVERIFY(!m_fixture->manager().tryAutoLoginOnRestart());
+    QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), 0);
+    QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveAccountInfo")), 0);
+}
+
+void TestVpnManager::connectWithoutServerListLeavesChainAlone_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("no reply") << int(RequestResult::NoInternet)
+                              << QStringLiteral("Connection failed. Check network connection.");
+    QTest::newRow("server error") << int(RequestResult::ServerError)
+                                  << QStringLiteral("Unable to get information about VPN servers.");
+    QTest::newRow("unreadable") << int(RequestResult::InvalidResponse)
+                                << QStringLiteral("Unable to get information about VPN servers.");
+}
+
+void TestVpnManager::connectWithoutServerListLeavesChainAlone()
+{
+    QFETCH(int, status);
+    QFETCH(QString, text);
+    m_fixture->api().serverList = ServerListMaker().list(status);
+    QSignalSpy modes(&m_fixture->manager().connection(), &tavero::ConnectionChain::modeChanged);
+
+    const OperationResult result = m_fixture->manager().connect();
+    QVERIFY(!result.isSuccess);
+    QCOMPARE(result.message, text);
+    QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), 1);
+    // The chain never ran: no mode change, no reachability test, no dial.
+    QCOMPARE(modes.count(), 0);
+    QCOMPARE(m_fixture->api().calls(QStringLiteral("isThereInternet")), 0);
+    QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 0);
+    QCOMPARE(m_fixture->manager().connection().mode(), tavero::ConnectionChain::Disconnected);
+}
+
+void TestVpnManager::connectReachesConnectedThroughTheChain()
+{
+    QVERIFY(m_fixture->logIn());
+    QVERIFY(m_fixture->connect());
+    QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 1);
+    m_fixture->manager().udpateIpInformation();
+    QVERIFY(m_fixture->manager().isConnected());
+    QCOMPARE(m_fixture->manager().isProtectedText(), QStringLiteral("Protected"));
+    QVERIFY(m_fixture->manager().disconnect().isSuccess);
+    QVERIFY(!m_fixture->manager().isConnected());
+}
+
+void TestVpnManager::addressTextsBeforeAnyCheck()
+{
+    QCOMPARE(m_fixture->manager().ipAdress(), QStringLiteral("Is not defined"));
+    QVERIFY(m_fixture->manager().countryCode().isEmpty());
+    QCOMPARE(m_fixture->manager().isProtectedText(), QStringLiteral("Unprotected"));
+}
+
+TAVERO_TEST_GUILESS_MAIN(TestVpnManager)
+#include "tst_vpnmanager.moc"
