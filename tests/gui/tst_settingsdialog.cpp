@@ -76,6 +76,8 @@ class TestSettingsDialog : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase() { qRegisterMetaType<QLocale::Language>(); }
+
     void init()
     {
         tavero::test::TestEnvironment::clearSettings();
@@ -252,6 +254,7 @@ private slots:
         QCOMPARE(f.platform().callCount("setRunOnStart"), 0);
 
         QSignalSpy newProtocol(&f.dialog, &SettingsDialog::settedNewProtocol);
+        f.platform().clearCalls();
         f.pressOk();
         QCOMPARE(f.platform().callNames(), QStringList{"setRunOnStart"});
         QCOMPARE(f.platform().calls().first().arguments, QVariantList{true});
@@ -310,18 +313,26 @@ private slots:
             QCOMPARE(box.buttons, (QStringList{"action.yes", "action.no"}));
             QCOMPARE(box.defaultButton, QString());
         }
-        QCOMPARE(f.killSwitch()->isChecked(), checked);
+        QTRY_COMPARE(f.killSwitch()->isChecked(), checked);
+        QCoreApplication::processEvents();
         QVariantList seen;
         for (const QList<QVariant>& signal : qAsConst(changes))
             seen << signal.first();
         QCOMPARE(seen, states);
         QVERIFY(!f.settings().isKillSwitch()); // only OK writes it
 
-        // Switching it off never asks.
+        // Switching it off never asks; refused, the next click asks again.
         if (checked) {
             f.killSwitch()->setChecked(false);
             QCOMPARE(changes.last().first().toInt(), 0);
             QCOMPARE(driver.seen().size(), answer.isEmpty() ? 0 : 1);
+        } else {
+            driver.clickOnNextBox("action.yes");
+            QTest::mouseClick(f.killSwitch(), Qt::LeftButton, {},
+                              QPoint(5, f.killSwitch()->height() / 2));
+            QCOMPARE(driver.seen().size(), 2);
+            QVERIFY(f.killSwitch()->isChecked());
+            QCOMPARE(changes.last().first().toInt(), 2);
         }
     }
 

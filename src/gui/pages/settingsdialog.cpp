@@ -48,6 +48,15 @@ SettingsDialog::SettingsDialog(tavero::VpnManager& vpnManager,
     m_ui->setupUi(this);
     QtTools::paintWidget(m_ui->widgetAccountDetails, QColor(Colors::white));
     QtTools::paintWidget(m_ui->widgetAccountRow, QColor(0xf4, 0xf2, 0xf3));
+    // Text colours through the palette as well: a style sheet would also change the size.
+    for (QLabel* title : {m_ui->labelMainSettingsTitle, m_ui->labelConnectionSettings,
+                          m_ui->labelKillswitch, m_ui->labelAccount})
+        QtTools::setLabelFontColor(title, QColor(Colors::loginText));
+    QtTools::setLabelFontColor(m_ui->labelKillswitchNotes, Qt::black);
+    QtTools::setLabelFontColor(m_ui->labelVersion, QColor(Colors::caption));
+    // The log-out button's style sheet is fixed; its font is given explicitly so the sheet keeps
+    // it.
+    m_ui->pushButtonLogout->setFont(dialogFont);
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowCloseButtonHint);
     resize(minimumSize());
@@ -171,9 +180,13 @@ void SettingsDialog::onKillswitchStateChanged(int state)
             QMessageBox::Warning, tr("TAVERO"),
             tr("label.killswitch_is_unavailable_want_to_continue"),
             QMessageBox::Yes | QMessageBox::No, QMessageBox::NoButton);
-        // The "action.yes" button answers Ok. Unchecking reports state 0 by itself.
+        // The "action.yes" button answers Ok. The box is unchecked once the click that checked
+        // it is over: a check box swallows its own state change while it handles a click, and
+        // would then neither report state 0 nor notice the user's next click.
         if (answer != QMessageBox::Ok) {
-            m_ui->checkBoxKillswitch->setChecked(false);
+            QMetaObject::invokeMethod(
+                m_ui->checkBoxKillswitch,
+                [box = m_ui->checkBoxKillswitch] { box->setChecked(false); }, Qt::QueuedConnection);
             return;
         }
     }
@@ -309,6 +322,10 @@ void SettingsDialog::applyCodeTexts()
     m_ui->labelVersion->setText(tr("label.version").arg(QCoreApplication::applicationVersion()));
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("label.ok"));
     m_ui->buttonBox->button(QDialogButtonBox::Cancel)->setText(tr("label.cancel"));
+    // Longer translations of "Exit" ("Cerrar sesión") must not touch the button's border; the
+    // form's 75 pixels stay the least.
+    QtTools::setButtonTextPadding(m_ui->pushButtonLogout, 10);
+    m_ui->pushButtonLogout->setMinimumWidth(qMax(m_ui->pushButtonLogout->minimumWidth(), 75));
 }
 
 bool SettingsDialog::checkProtocolsBeforeSave()
