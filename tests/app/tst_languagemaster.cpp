@@ -236,39 +236,6 @@ private slots:
         QCOMPARE(settings.getSelectedLanguage(), QString("fra")); // stored even so
         QVERIFY(qApp->property("AppLocaleDateString").toString().contains("janvier"));
     }
-
-    // The catalogue path is used exactly: no ".qm" is appended or preferred.
-    void loadsTheCatalogueAtItsExactPath()
-    {
-        QVERIFY(QFile::exists(QStringLiteral(":/translations/ger")));
-        QVERIFY(!QFile::exists(QStringLiteral(":/translations/ger.qm")));
-        Settings settings;
-        LanguageMaster master(settings, QLocale::English);
-        master.reinstallTranslator(master.getLanguageInfos().at(3));
-        QCOMPARE(installedLanguage(), QString("ger"));
-    }
-
-    void tableOrderAndLookups()
-    {
-        Settings settings;
-        const LanguageMaster master(settings, QLocale::English);
-        const auto& infos = master.getLanguageInfos();
-        QCOMPARE(infos.size(), 5);
-        const QStringList codes = {"eng", "rus", "fra", "ger", "spa"};
-        const QStringList names = {"English", "Русский", "Français", "Deutsche", "Español"};
-        for (int i = 0; i < infos.size(); ++i) {
-            QCOMPARE(infos.at(i).code, codes.at(i));
-            QCOMPARE(infos.at(i).displayName, names.at(i));
-            QCOMPARE(infos.at(i).translationPath, ":/translations/" + codes.at(i));
-            QCOMPARE(master.getLanguageIndexByName(codes.at(i)), i);
-            QCOMPARE(master.getLanguageIndex(infos.at(i).locale.language()), i);
-        }
-        QCOMPARE(infos.at(0).locale.country(), QLocale::UnitedStates);
-        QCOMPARE(infos.at(4).locale.country(), QLocale::Spain);
-        QCOMPARE(master.getLanguageIndexByName("Eng"), -1);
-        QCOMPARE(master.getLanguageIndexByName("English"), -1);
-        QCOMPARE(master.getLanguageIndex(QLocale::Italian), -1);
-    }
 };
 
 TAVERO_TEST_GUILESS_MAIN(TestLanguageMaster)

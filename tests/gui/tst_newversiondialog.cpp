@@ -362,20 +362,6 @@ private slots:
         QTest::qWait(30);
         QVERIFY(!shown);
     }
-
-    void idleAtConstruction()
-    {
-        NewVersionDialog dialog;
-        dialog.show();
-        QVERIFY(dialog.findChild<QPushButton*>("pushButtonSetup")->isVisible());
-        QVERIFY(dialog.findChild<QPushButton*>("pushButtonSetupLater")->isVisible());
-        QVERIFY(!dialog.findChild<QProgressBar*>("progressBar")->isVisible());
-        QVERIFY(!dialog.findChild<QPushButton*>("pushButtonCancel")->isVisible());
-        QCOMPARE(dialog.findChild<QProgressBar*>("progressBar")->maximum(), 100);
-        QVERIFY(dialog.windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
-        QCOMPARE(dialog.font().family(), QString("Montserrat"));
-        QCOMPARE(dialog.parent(), nullptr);
-    }
 };
 
 TAVERO_TEST_GUI_MAIN(TestNewVersionDialog)
