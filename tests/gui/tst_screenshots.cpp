@@ -34,6 +34,8 @@ private slots:
         QVERIFY2(listing.contains("serverselection: disconnected, connected"), qPrintable(listing));
         QVERIFY2(listing.contains("login: empty, filled, no-email, no-password"),
                  qPrintable(listing));
+        QVERIFY2(listing.contains("settings: common, about"), qPrintable(listing));
+        QVERIFY2(listing.contains("newversion: changelog, compact"), qPrintable(listing));
     }
 
     void writesOnePicturePerPageStateAndLanguage()
@@ -109,6 +111,30 @@ private slots:
         QCOMPARE(shieldPixels(connected, false), 0);
         QVERIFY(shieldPixels(disconnected, false) > 300);
         QCOMPARE(shieldPixels(disconnected, true), 0);
+    }
+
+    // The dialogs in every language: the settings dialog at its fixed size on both tabs, the update
+    // dialog at its form's size and, without a change log, in its compact size.
+    void rendersTheDialogsInEveryLanguage()
+    {
+        QTemporaryDir out;
+        QVERIFY(out.isValid());
+        QProcess* process = start({"--out", out.path(), "--pages", "settings,newversion"});
+        QVERIFY(process->waitForFinished(120000));
+        QVERIFY2(process->exitCode() == 0, process->readAllStandardError().constData());
+        for (const char* language : {"eng", "fra", "ger", "rus", "spa"}) {
+            const QString suffix = QStringLiteral("-%1.png").arg(QLatin1String(language));
+            const QImage common(out.path() + "/settings-common" + suffix);
+            const QImage about(out.path() + "/settings-about" + suffix);
+            const QImage full(out.path() + "/newversion-changelog" + suffix);
+            const QImage compact(out.path() + "/newversion-compact" + suffix);
+            QCOMPARE(common.size(), QSize(545, 582));
+            QCOMPARE(about.size(), QSize(545, 582));
+            QVERIFY(common != about);
+            QCOMPARE(full.size(), QSize(468, 573));
+            QCOMPARE(compact.width(), 545);
+            QVERIFY2(compact.height() < full.height(), language);
+        }
     }
 
     void refusesUnknownPagesAndLanguages_data()

@@ -4,12 +4,12 @@
 #include "app/application.h"
 #include "shotregistry.h"
 #include "shotrunner.h"
-#include "support/testenvironment.h"
 
 #include <QCommandLineParser>
 #include <QDirIterator>
 #include <QFontDatabase>
 #include <QLoggingCategory>
+#include <QTemporaryDir>
 #include <QTextStream>
 
 using tavero::screenshots::ShotRegistry;
@@ -38,12 +38,14 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
         qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Pages read and write the settings store (the language choice among them): give them one of
+    // their own, never the user's.
+    const QTemporaryDir settingsHome;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(settingsHome.path()));
 
-    // The client's pages log in and store settings: keep them away from this user's own.
-    const tavero::test::TestEnvironment isolatedHome;
     Application app(argc, argv);
-    // The pages' debug lines would bury the list of pictures and the errors.
-    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+    // The pages' debug lines (the client drops them too) would drown the list of pictures.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     QTextStream out(stdout);
     QTextStream err(stderr);
 
