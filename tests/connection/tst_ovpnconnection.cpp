@@ -115,6 +115,9 @@ class TestOvpnConnection : public QObject {
 private slots:
     void initTestCase()
     {
+        // A temporary directory of our own, so other programs' files never count as leftovers.
+        QVERIFY(m_tempDir.isValid());
+        qputenv("TMPDIR", QFile::encodeName(m_tempDir.path()));
         QVERIFY2(QFileInfo(qEnvironmentVariable("TAVERO_FAKE_OPENVPN")).isExecutable(),
                  "TAVERO_FAKE_OPENVPN must name the built stand-in");
         // The real English catalogue, so the texts below are what users read.
@@ -587,6 +590,7 @@ private slots:
     }
 
 private:
+    QTemporaryDir m_tempDir;
     QTranslator m_english;
     std::unique_ptr<tavero::test::FakeServerApi> m_api;
     QStringList m_leftovers;

@@ -1,42 +1,14 @@
 #include "gui/pages/aboutprogrammwindowswidget.h"
 #include "gui/pages/splashscreen.h"
 #include "support/messageboxdriver.h"
+#include "support/pagetexts.h"
 #include "support/testmain.h"
 
-#include <QAbstractButton>
-#include <QLabel>
-#include <QRegularExpression>
 #include <QTranslator>
 
 using tavero::test::MessageBoxDriver;
-
-namespace {
-
-// Every text a user sees on the widget: window title, labels and buttons.
-QStringList visibleTexts(const QWidget& widget)
-{
-    QStringList texts{widget.windowTitle()};
-    for (const QLabel* label : widget.findChildren<QLabel*>())
-        texts << label->text();
-    for (const QAbstractButton* button : widget.findChildren<QAbstractButton*>())
-        texts << button->text();
-    texts.removeAll(QString());
-    return texts;
-}
-
-QStringList untranslated(const QStringList& texts)
-{
-    static const QRegularExpression key(
-        QStringLiteral("\\b(label|action|title|message|warning|body)\\.[a-z_]+"));
-    QStringList result;
-    for (const QString& text : texts) {
-        if (key.match(text).hasMatch())
-            result << text;
-    }
-    return result;
-}
-
-} // namespace
+using tavero::test::untranslatedKeys;
+using tavero::test::visibleTexts;
 
 // The embedded catalogues against the contexts these widgets translate in: a key that reaches the
 // screen untranslated means the code and the catalogue disagree about a context or a key.
@@ -68,14 +40,15 @@ private slots:
         AboutProgrammWindowsWidget about;
         const QStringList texts = visibleTexts(about);
         QVERIFY(texts.size() >= 5);
-        QVERIFY2(untranslated(texts).isEmpty(), qPrintable(untranslated(texts).join(" | ")));
+        QVERIFY2(untranslatedKeys(texts).isEmpty(),
+                 qPrintable(untranslatedKeys(texts).join(" | ")));
 
         MessageBoxDriver driver;
         driver.clickOnNextBox("OK");
         about.showYouHaveTheLatestVersion();
         QCOMPARE(driver.seen().size(), 1);
         const QStringList boxTexts{driver.seen().first().title, driver.seen().first().text};
-        QVERIFY2(untranslated(boxTexts).isEmpty(), qPrintable(boxTexts.join(" | ")));
+        QVERIFY2(untranslatedKeys(boxTexts).isEmpty(), qPrintable(boxTexts.join(" | ")));
     }
 
     void splashPageIsFullyTranslated()
@@ -83,7 +56,7 @@ private slots:
         Gui::SplashScreen splash;
         const QStringList texts = visibleTexts(splash);
         QCOMPARE(texts.size(), 1);
-        QVERIFY2(untranslated(texts).isEmpty(), qPrintable(texts.join(" | ")));
+        QVERIFY2(untranslatedKeys(texts).isEmpty(), qPrintable(texts.join(" | ")));
     }
 };
 

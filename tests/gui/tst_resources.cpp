@@ -62,18 +62,21 @@ const Picture pictures[] = {
     {":/pictures/tray_icon/logo-connected.png", 32, 32},
 };
 
-QStringList fileNames(const QString& folder) {
+QStringList fileNames(const QString& folder)
+{
     QStringList names = QDir(folder).entryList(QDir::Files);
     names.sort();
     return names;
 }
 
-QStringList sorted(QStringList list) {
+QStringList sorted(QStringList list)
+{
     list.sort();
     return list;
 }
 
-QStringList withAffixes(const QStringList& styles, const QString& prefix) {
+QStringList withAffixes(const QStringList& styles, const QString& prefix)
+{
     QStringList names;
     for (const QString& style : styles) {
         names << prefix + style + ".ttf";
@@ -82,7 +85,8 @@ QStringList withAffixes(const QStringList& styles, const QString& prefix) {
 }
 
 // Every file of the tree, as a resource path.
-QStringList allFiles() {
+QStringList allFiles()
+{
     QStringList paths;
     for (const QString& name : withAffixes(openSans, "OpenSans-")) {
         paths << ":/fonts/" + name;
@@ -103,7 +107,8 @@ QStringList allFiles() {
 }
 
 // Mean colour of the picture's opaque, coloured pixels (white strokes and glyphs left out).
-QColor meanInk(const QImage& image) {
+QColor meanInk(const QImage& image)
+{
     double r = 0, g = 0, b = 0;
     int count = 0;
     const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
@@ -125,7 +130,8 @@ QColor meanInk(const QImage& image) {
     return QColor(int(r / count), int(g / count), int(b / count));
 }
 
-QColor centreOf(QWidget& widget) {
+QColor centreOf(QWidget& widget)
+{
     const QImage image = widget.grab().toImage();
     return image.pixelColor(image.width() / 2, image.height() / 2);
 }
@@ -135,7 +141,8 @@ QColor centreOf(QWidget& widget) {
 class TestResources : public QObject {
     Q_OBJECT
 private slots:
-    void treeHoldsExactlyTheListedFiles() {
+    void treeHoldsExactlyTheListedFiles()
+    {
         QCOMPARE(fileNames(":/fonts"), sorted(withAffixes(openSans, "OpenSans-")));
         QCOMPARE(fileNames(":/fonts/Montserrat"), sorted(withAffixes(montserrat, "Montserrat-")));
         QCOMPARE(fileNames(":/style"), QStringList{"light_style.qss"});
@@ -155,7 +162,8 @@ private slots:
                  QStringList{"tray_icon"});
     }
 
-    void pictureHasItsSize_data() {
+    void pictureHasItsSize_data()
+    {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QSize>("size");
         for (const Picture& picture : pictures) {
@@ -164,7 +172,8 @@ private slots:
         }
     }
 
-    void pictureHasItsSize() {
+    void pictureHasItsSize()
+    {
         QFETCH(QString, path);
         QFETCH(QSize, size);
         QImageReader reader(path);
@@ -180,7 +189,8 @@ private slots:
 
     // A picture swapped for another of its family (a green shield under the red name, the
     // connected tray icon under the connecting one) is caught by its colour.
-    void statePictureCarriesItsColour_data() {
+    void statePictureCarriesItsColour_data()
+    {
         QTest::addColumn<QString>("path");
         QTest::addColumn<int>("minimumHue"); // -1: grey, no hue
         QTest::addColumn<int>("maximumHue");
@@ -195,7 +205,8 @@ private slots:
         QTest::newRow("next server off") << ":/pictures/shitchip-inactive.png" << -1 << -1;
     }
 
-    void statePictureCarriesItsColour() {
+    void statePictureCarriesItsColour()
+    {
         QFETCH(QString, path);
         QFETCH(int, minimumHue);
         QFETCH(int, maximumHue);
@@ -209,7 +220,8 @@ private slots:
         QVERIFY2(ink.hsvHue() >= minimumHue && ink.hsvHue() <= maximumHue, qPrintable(ink.name()));
     }
 
-    void applicationIconsHoldEverySize_data() {
+    void applicationIconsHoldEverySize_data()
+    {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QList<int>>("sizes");
         QTest::newRow("windows") << ":/pictures/tavero.ico"
@@ -218,7 +230,8 @@ private slots:
                                << QList<int>{16, 32, 64, 128, 256, 512, 1024};
     }
 
-    void applicationIconsHoldEverySize() {
+    void applicationIconsHoldEverySize()
+    {
         QFETCH(QString, path);
         QFETCH(QList<int>, sizes);
         QImageReader reader(path);
@@ -237,14 +250,16 @@ private slots:
     }
 
     // The application object names its icon with a doubled slash.
-    void windowIconLoads() {
+    void windowIconLoads()
+    {
         const QIcon icon(QStringLiteral("://pictures/tavero.ico"));
         QVERIFY(!icon.isNull());
         QCOMPARE(icon.pixmap(32, 32).size(), QSize(32, 32));
         QCOMPARE(icon.pixmap(256, 256).size(), QSize(256, 256));
     }
 
-    void fontFileHoldsItsFace_data() {
+    void fontFileHoldsItsFace_data()
+    {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("family");
         QTest::addColumn<QString>("styleName");
@@ -264,7 +279,8 @@ private slots:
         add(":/fonts/Montserrat/", "Montserrat", "Montserrat-", montserrat);
     }
 
-    void fontFileHoldsItsFace() {
+    void fontFileHoldsItsFace()
+    {
         QFETCH(QString, path);
         QFETCH(QString, family);
         QFETCH(QString, styleName);
@@ -283,7 +299,8 @@ private slots:
         QCOMPARE(QFontDatabase::applicationFontFamilies(id), QStringList{family});
     }
 
-    void registeredMontserratIsWhatAWidgetGets() {
+    void registeredMontserratIsWhatAWidgetGets()
+    {
         for (const QString& style : montserrat) {
             QVERIFY(QFontDatabase::addApplicationFont(":/fonts/Montserrat/Montserrat-" + style +
                                                       ".ttf") >= 0);
@@ -297,7 +314,8 @@ private slots:
         QCOMPARE(info.styleName(), QString("SemiBold"));
     }
 
-    void onlyTheCataloguesAreCompressed() {
+    void onlyTheCataloguesAreCompressed()
+    {
         for (const QString& path : allFiles()) {
             const QResource resource(path);
             QVERIFY2(resource.isValid(), qPrintable(path));
@@ -308,7 +326,8 @@ private slots:
         }
     }
 
-    void styleSheetColoursTheConnectionButtons() {
+    void styleSheetColoursTheConnectionButtons()
+    {
         QFile file(":/style/light_style.qss");
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray sheet = file.readAll();
@@ -330,7 +349,8 @@ private slots:
     }
 
     // Last: it unregisters and registers the collection again.
-    void collectionsAreRegisteredBeforeMain() {
+    void collectionsAreRegisteredBeforeMain()
+    {
         // Nothing in this test called an initialiser: the linked objects registered themselves.
         QVERIFY(QFile::exists(":/pictures/big-shield.png"));
         QCOMPARE(qCleanupResources_tavero_gui(), 1);

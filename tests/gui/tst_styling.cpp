@@ -9,7 +9,8 @@
 class TestStyling : public QObject {
     Q_OBJECT
 private slots:
-    void rescaleSize_data() {
+    void rescaleSize_data()
+    {
         QTest::addColumn<int>("designSize");
         QTest::addColumn<double>("shownSize");
         QTest::newRow("14") << 14 << 10.5;
@@ -28,13 +29,15 @@ private slots:
         }
     }
 
-    void rescaleSize() {
+    void rescaleSize()
+    {
         QFETCH(int, designSize);
         QFETCH(double, shownSize);
         QCOMPARE(FontSizeTable::rescaleSize(designSize), shownSize);
     }
 
-    void tableCoversEveryUsedSizeWithGrowingSizes() {
+    void tableCoversEveryUsedSizeWithGrowingSizes()
+    {
         const QMap<int, double> sizes = FontSizeTable::sizes();
         QCOMPARE(sizes.size(), 28);
         QCOMPARE(sizes.firstKey(), 8);
@@ -50,7 +53,8 @@ private slots:
     }
 
     // The font pass truncates the shown size to whole points.
-    void shownPointSizes_data() {
+    void shownPointSizes_data()
+    {
         QTest::addColumn<int>("designSize");
         QTest::addColumn<int>("points");
         QTest::newRow("14") << 14 << 10;
@@ -59,20 +63,23 @@ private slots:
         QTest::newRow("13") << 13 << 10;
     }
 
-    void shownPointSizes() {
+    void shownPointSizes()
+    {
         QFETCH(int, designSize);
         QFETCH(int, points);
         QCOMPARE(int(FontSizeTable::rescaleSize(designSize)), points);
     }
 
-    void rescaleSizeTreatsANonPositiveEntryAsMissing() {
+    void rescaleSizeTreatsANonPositiveEntryAsMissing()
+    {
         const QMap<int, double> table = {{14, 10.5}, {15, 0.0}, {16, -2.0}};
         QCOMPARE(FontSizeTable::rescaleSize(table, 14), 10.5);
         QCOMPARE(FontSizeTable::rescaleSize(table, 15), 1.0);
         QCOMPARE(FontSizeTable::rescaleSize(table, 16), 1.0);
     }
 
-    void paintWidgetFillsTheBackground() {
+    void paintWidgetFillsTheBackground()
+    {
         QtTools::paintWidget(nullptr, Qt::white);
         QWidget widget;
         widget.resize(20, 20);
@@ -84,7 +91,8 @@ private slots:
         QCOMPARE(widget.grab().toImage().pixelColor(10, 10), QColor(Colors::connectButton));
     }
 
-    void setLabelFontColorChangesOnlyTheText() {
+    void setLabelFontColorChangesOnlyTheText()
+    {
         QtTools::setLabelFontColor(nullptr, Qt::red);
         QLabel label("Your IP:");
         const QColor window = label.palette().color(QPalette::Window);
@@ -93,7 +101,8 @@ private slots:
         QCOMPARE(label.palette().color(QPalette::Window), window);
     }
 
-    void setButtonTextPadding_data() {
+    void setButtonTextPadding_data()
+    {
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("pointSize");
         QTest::addColumn<int>("padding");
@@ -103,7 +112,8 @@ private slots:
         QTest::newRow("empty text") << "" << 12 << 5;
     }
 
-    void setButtonTextPadding() {
+    void setButtonTextPadding()
+    {
         QFETCH(QString, text);
         QFETCH(int, pointSize);
         QFETCH(int, padding);
@@ -118,7 +128,8 @@ private slots:
         QCOMPARE(button.minimumHeight(), 56);
     }
 
-    void setButtonTextPaddingMeasuresInTheButtonsFont() {
+    void setButtonTextPaddingMeasuresInTheButtonsFont()
+    {
         QPushButton small("Disconnect");
         QPushButton large("Disconnect");
         QFont font = large.font();
@@ -129,7 +140,8 @@ private slots:
         QVERIFY(large.minimumWidth() > small.minimumWidth() + 20);
     }
 
-    void setSemiboldFontKeepsTheRestOfTheFont() {
+    void setSemiboldFontKeepsTheRestOfTheFont()
+    {
         QFont font("Montserrat", 17);
         font.setItalic(true);
         QtTools::setSemiboldFont(font);
@@ -147,7 +159,8 @@ private slots:
         QCOMPARE(label.font().pointSize(), 21);
     }
 
-    void setBoldFontSetsAndClears() {
+    void setBoldFontSetsAndClears()
+    {
         QtTools::setBoldFont(nullptr, true);
         QPushButton button("Connect");
         QFont font = button.font();
@@ -162,7 +175,8 @@ private slots:
         QCOMPARE(button.font().pointSize(), 19);
     }
 
-    void paletteNamesValidColours() {
+    void paletteNamesValidColours()
+    {
         for (const char* colour : {Colors::windowBackground,
                                    Colors::white,
                                    Colors::bottomBandGradient,

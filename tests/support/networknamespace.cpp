@@ -29,26 +29,30 @@ std::array<std::array<char, 128>, maxNamespaces> g_paths{};
 std::array<std::atomic<bool>, maxNamespaces> g_used{};
 std::array<struct sigaction, 32> g_previous{};
 
-void removeMount(const char* path) {
+void removeMount(const char* path)
+{
     ::umount2(path, MNT_DETACH);
     ::unlink(path);
 }
 
-void removeAllRegistered() {
+void removeAllRegistered()
+{
     for (int i = 0; i < maxNamespaces; ++i) {
         if (g_used[i].exchange(false))
             removeMount(g_paths[i].data());
     }
 }
 
-void onFatalSignal(int signalNumber) {
+void onFatalSignal(int signalNumber)
+{
     removeAllRegistered();
     // Hand over to whoever handled the signal before (the test framework), or die as usual.
     ::sigaction(signalNumber, &g_previous[signalNumber], nullptr);
     ::raise(signalNumber);
 }
 
-void installCleanupOnce() {
+void installCleanupOnce()
+{
     static const bool installed = [] {
         std::atexit(removeAllRegistered);
         for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP, SIGABRT, SIGSEGV, SIGBUS, SIGFPE}) {
@@ -63,7 +67,8 @@ void installCleanupOnce() {
     Q_UNUSED(installed)
 }
 
-int registerPath(const QByteArray& path) {
+int registerPath(const QByteArray& path)
+{
     for (int i = 0; i < maxNamespaces; ++i) {
         bool expected = false;
         if (path.size() < int(g_paths[i].size()) &&
@@ -75,14 +80,16 @@ int registerPath(const QByteArray& path) {
     return -1;
 }
 
-void unregisterPath(const QByteArray& path) {
+void unregisterPath(const QByteArray& path)
+{
     for (int i = 0; i < maxNamespaces; ++i) {
         if (g_used[i] && path == g_paths[i].data())
             g_used[i] = false;
     }
 }
 
-bool runIp(const QStringList& arguments, QString* output) {
+bool runIp(const QStringList& arguments, QString* output)
+{
     QProcess process;
     process.start(QStringLiteral("ip"), arguments);
     if (!process.waitForFinished(20000)) {
@@ -101,7 +108,8 @@ bool runIp(const QStringList& arguments, QString* output) {
 }
 
 // Namespaces named "<prefix>-<pid>" whose process is gone were left by a killed run.
-void removeStale(const QString& prefix) {
+void removeStale(const QString& prefix)
+{
     const QStringList names =
         QDir(netnsDirectory).entryList({prefix + QStringLiteral("-*")}, QDir::Files | QDir::System);
     for (const QString& name : names) {
@@ -112,13 +120,15 @@ void removeStale(const QString& prefix) {
     }
 }
 
-bool sameFile(const struct stat& a, const struct stat& b) {
+bool sameFile(const struct stat& a, const struct stat& b)
+{
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
 } // namespace
 
-QString NetworkNamespace::unavailableReason() {
+QString NetworkNamespace::unavailableReason()
+{
     if (::geteuid() != 0)
         return QStringLiteral("needs root to create a network namespace");
     if (QStandardPaths::findExecutable(QStringLiteral("ip")).isEmpty())
@@ -129,7 +139,8 @@ QString NetworkNamespace::unavailableReason() {
 }
 
 NetworkNamespace::NetworkNamespace(const QString& prefix)
-    : m_name(prefix + QLatin1Char('-') + QString::number(::getpid())) {
+    : m_name(prefix + QLatin1Char('-') + QString::number(::getpid()))
+{
     m_error = unavailableReason();
     if (!m_error.isEmpty())
         return;
@@ -148,11 +159,13 @@ NetworkNamespace::NetworkNamespace(const QString& prefix)
     m_made = true;
 }
 
-NetworkNamespace::~NetworkNamespace() {
+NetworkNamespace::~NetworkNamespace()
+{
     remove();
 }
 
-void NetworkNamespace::remove() {
+void NetworkNamespace::remove()
+{
     if (!m_made)
         return;
     m_made = false;
@@ -162,17 +175,20 @@ void NetworkNamespace::remove() {
     unregisterPath(path);
 }
 
-bool NetworkNamespace::ip(const QStringList& arguments, QString* output) const {
+bool NetworkNamespace::ip(const QStringList& arguments, QString* output) const
+{
     if (!m_made)
         return false;
     return runIp(QStringList{QStringLiteral("-n"), m_name} + arguments, output);
 }
 
-bool NetworkNamespace::hostIp(const QStringList& arguments, QString* output) {
+bool NetworkNamespace::hostIp(const QStringList& arguments, QString* output)
+{
     return runIp(arguments, output);
 }
 
-bool NetworkNamespace::run(const std::function<void()>& function) const {
+bool NetworkNamespace::run(const std::function<void()>& function) const
+{
     if (!m_made)
         return false;
     const QByteArray path = QFile::encodeName(netnsDirectory + QLatin1Char('/') + m_name);

@@ -22,41 +22,48 @@ const QStringList answerOperations{
 
 } // namespace
 
-TestPlatform::~TestPlatform() {
+TestPlatform::~TestPlatform()
+{
     releaseConnects();
 }
 
-void TestPlatform::queueResult(const QString& operation, const OperationResult& result) {
+void TestPlatform::queueResult(const QString& operation, const OperationResult& result)
+{
     if (!resultOperations.contains(operation))
         qFatal("TestPlatform: %s does not return an OperationResult", qPrintable(operation));
     const QMutexLocker locker(&m_mutex);
     m_results[operation].enqueue(result);
 }
 
-void TestPlatform::queueAnswer(const QString& operation, bool answer) {
+void TestPlatform::queueAnswer(const QString& operation, bool answer)
+{
     if (!answerOperations.contains(operation))
         qFatal("TestPlatform: %s takes no scripted bool", qPrintable(operation));
     const QMutexLocker locker(&m_mutex);
     m_answers[operation].enqueue(answer);
 }
 
-void TestPlatform::holdConnects() {
+void TestPlatform::holdConnects()
+{
     const QMutexLocker locker(&m_mutex);
     m_held = true;
 }
 
-void TestPlatform::releaseConnects() {
+void TestPlatform::releaseConnects()
+{
     const QMutexLocker locker(&m_mutex);
     m_held = false;
     m_changed.wakeAll();
 }
 
-void TestPlatform::setConnectDelay(int milliseconds) {
+void TestPlatform::setConnectDelay(int milliseconds)
+{
     const QMutexLocker locker(&m_mutex);
     m_connectDelayMs = milliseconds;
 }
 
-bool TestPlatform::waitForCall(const QString& operation, int count, int timeoutMs) const {
+bool TestPlatform::waitForCall(const QString& operation, int count, int timeoutMs) const
+{
     const QDeadlineTimer deadline(timeoutMs);
     QMutexLocker locker(&m_mutex);
     const auto calledEnough = [&] {
@@ -80,12 +87,14 @@ bool TestPlatform::waitForCall(const QString& operation, int count, int timeoutM
     return true;
 }
 
-QVector<TestPlatform::Call> TestPlatform::calls() const {
+QVector<TestPlatform::Call> TestPlatform::calls() const
+{
     const QMutexLocker locker(&m_mutex);
     return m_calls;
 }
 
-QStringList TestPlatform::callNames() const {
+QStringList TestPlatform::callNames() const
+{
     const QMutexLocker locker(&m_mutex);
     QStringList names;
     for (const Call& call : m_calls)
@@ -93,40 +102,46 @@ QStringList TestPlatform::callNames() const {
     return names;
 }
 
-int TestPlatform::callCount(const QString& operation) const {
+int TestPlatform::callCount(const QString& operation) const
+{
     return callNames().count(operation);
 }
 
-void TestPlatform::clearCalls() {
+void TestPlatform::clearCalls()
+{
     const QMutexLocker locker(&m_mutex);
     m_calls.clear();
 }
 
-bool TestPlatform::isNetworkOff() const {
+bool TestPlatform::isNetworkOff() const
+{
     const QMutexLocker locker(&m_mutex);
     return m_networkOff;
 }
 
-void TestPlatform::record(const QString& operation, const QVariantList& arguments) {
+void TestPlatform::record(const QString& operation, const QVariantList& arguments)
+{
     const QMutexLocker locker(&m_mutex);
     m_calls.append({operation, arguments});
     m_changed.wakeAll();
 }
 
-bool TestPlatform::nextAnswer(const QString& operation, bool fallback) {
+bool TestPlatform::nextAnswer(const QString& operation, bool fallback)
+{
     const QMutexLocker locker(&m_mutex);
     auto queue = m_answers.find(operation);
     return queue != m_answers.end() && !queue->isEmpty() ? queue->dequeue() : fallback;
 }
 
-OperationResult TestPlatform::nextResult(const QString& operation,
-                                         const OperationResult& fallback) {
+OperationResult TestPlatform::nextResult(const QString& operation, const OperationResult& fallback)
+{
     const QMutexLocker locker(&m_mutex);
     auto queue = m_results.find(operation);
     return queue != m_results.end() && !queue->isEmpty() ? queue->dequeue() : fallback;
 }
 
-bool TestPlatform::isRunOnStart() {
+bool TestPlatform::isRunOnStart()
+{
     record(QStringLiteral("isRunOnStart"), {});
     bool stored = false;
     {
@@ -136,38 +151,45 @@ bool TestPlatform::isRunOnStart() {
     return nextAnswer(QStringLiteral("isRunOnStart"), stored);
 }
 
-void TestPlatform::setRunOnStart(bool run) {
+void TestPlatform::setRunOnStart(bool run)
+{
     record(QStringLiteral("setRunOnStart"), {run});
     const QMutexLocker locker(&m_mutex);
     m_runOnStart = run;
 }
 
-bool TestPlatform::pptpSupports() {
+bool TestPlatform::pptpSupports()
+{
     record(QStringLiteral("pptpSupports"), {});
     return nextAnswer(QStringLiteral("pptpSupports"), true);
 }
 
-bool TestPlatform::l2tpSupports() {
+bool TestPlatform::l2tpSupports()
+{
     record(QStringLiteral("l2tpSupports"), {});
     return nextAnswer(QStringLiteral("l2tpSupports"), true);
 }
 
-bool TestPlatform::isPptpAsync() {
+bool TestPlatform::isPptpAsync()
+{
     record(QStringLiteral("isPptpAsync"), {});
     return nextAnswer(QStringLiteral("isPptpAsync"), true);
 }
 
-bool TestPlatform::isL2tpAsync() {
+bool TestPlatform::isL2tpAsync()
+{
     record(QStringLiteral("isL2tpAsync"), {});
     return nextAnswer(QStringLiteral("isL2tpAsync"), true);
 }
 
-OperationResult TestPlatform::disconnect() {
+OperationResult TestPlatform::disconnect()
+{
     record(QStringLiteral("disconnect"), {});
     return nextResult(QStringLiteral("disconnect"), OperationResult());
 }
 
-OperationResult TestPlatform::connectCall(const QString& operation, const QVariantList& arguments) {
+OperationResult TestPlatform::connectCall(const QString& operation, const QVariantList& arguments)
+{
     record(operation, arguments);
     int delayMs = 0;
     {
@@ -182,21 +204,25 @@ OperationResult TestPlatform::connectCall(const QString& operation, const QVaria
 }
 
 OperationResult TestPlatform::connectPptp(const QString& host, const QString& user,
-                                          const QString& password) {
+                                          const QString& password)
+{
     return connectCall(QStringLiteral("connectPptp"), {host, user, password});
 }
 
 OperationResult TestPlatform::connectL2tp(const QString& host, const QString& user,
-                                          const QString& password, const QString& preSharedKey) {
+                                          const QString& password, const QString& preSharedKey)
+{
     return connectCall(QStringLiteral("connectL2tp"), {host, user, password, preSharedKey});
 }
 
 OperationResult TestPlatform::connectIKEv2(const QString& host, const QString& user,
-                                           const QString& password, bool withoutAdminRights) {
+                                           const QString& password, bool withoutAdminRights)
+{
     return connectCall(QStringLiteral("connectIKEv2"), {host, user, password, withoutAdminRights});
 }
 
-OperationResult TestPlatform::turnOffInternet() {
+OperationResult TestPlatform::turnOffInternet()
+{
     record(QStringLiteral("turnOffInternet"), {});
     const OperationResult result = nextResult(QStringLiteral("turnOffInternet"), OperationResult());
     const QMutexLocker locker(&m_mutex);
@@ -204,14 +230,16 @@ OperationResult TestPlatform::turnOffInternet() {
     return result;
 }
 
-bool TestPlatform::switchOn() {
+bool TestPlatform::switchOn()
+{
     const QMutexLocker locker(&m_mutex);
     const bool wasOff = m_networkOff;
     m_networkOff = false;
     return wasOff;
 }
 
-OperationResult TestPlatform::turnOnInternet(bool& reenabled) {
+OperationResult TestPlatform::turnOnInternet(bool& reenabled)
+{
     record(QStringLiteral("turnOnInternet"), {});
     const bool wasOff = switchOn();
     reenabled = nextAnswer(QStringLiteral("turnOnInternet"), wasOff);
@@ -222,12 +250,14 @@ OperationResult TestPlatform::turnOnInternet(bool& reenabled) {
     return nextResult(QStringLiteral("turnOnInternet"), fallback);
 }
 
-bool TestPlatform::haveDisabledNetDevicesByKillSwitch() {
+bool TestPlatform::haveDisabledNetDevicesByKillSwitch()
+{
     record(QStringLiteral("haveDisabledNetDevicesByKillSwitch"), {});
     return nextAnswer(QStringLiteral("haveDisabledNetDevicesByKillSwitch"), isNetworkOff());
 }
 
-bool TestPlatform::turnOnNetDevices() {
+bool TestPlatform::turnOnNetDevices()
+{
     record(QStringLiteral("turnOnNetDevices"), {});
     const bool wasOff = switchOn();
     return nextAnswer(QStringLiteral("turnOnNetDevices"), wasOff);

@@ -1,5 +1,6 @@
 #include "support/widgetpainting.h"
 
+#include <QBuffer>
 #include <QWidget>
 #include <cstdlib>
 
@@ -25,6 +26,17 @@ QString colorMismatch(const QColor& actual, const QColor& expected)
 {
     return QStringLiteral("got %1, expected %2")
         .arg(actual.name(QColor::HexArgb), expected.name(QColor::HexArgb));
+}
+
+QByteArray pngBytes(const QColor& color, const QSize& size)
+{
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(color);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
 }
 
 } // namespace tavero::test

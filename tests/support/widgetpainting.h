@@ -17,4 +17,7 @@ bool colorsNear(const QColor& actual, const QColor& expected, int tolerance);
 // "got #aarrggbb, expected #aarrggbb", for failure messages.
 QString colorMismatch(const QColor& actual, const QColor& expected);
 
+// A picture of one colour as PNG bytes, as the service sends flags.
+QByteArray pngBytes(const QColor& color, const QSize& size = QSize(60, 45));
+
 } // namespace tavero::test

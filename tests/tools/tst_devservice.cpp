@@ -8,6 +8,8 @@
 
 #include <QDeadlineTimer>
 #include <QFileInfo>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTcpSocket>
@@ -119,6 +121,47 @@ private slots:
         QVERIFY(ip.isProtected);
         QCOMPARE(ip.ip, QString("127.0.0.1"));
         QVERIFY(pooled.stop());
+    }
+
+    // The stand-in installer in the shapes the update dialog's tests ask for.
+    void downloadsComeInTheAskedShape_data()
+    {
+        QTest::addColumn<QString>("query");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<bool>("withLength");
+        QTest::newRow("default") << "" << 200 << 64 * 1024 << true;
+        QTest::newRow("sized") << "?size=100" << 200 << 100 << true;
+        QTest::newRow("empty") << "?size=0" << 200 << 0 << true;
+        QTest::newRow("chunked") << "?size=40000&chunked=1" << 200 << 40000 << false;
+        QTest::newRow("paced") << "?size=40000&pace=5" << 200 << 40000 << true;
+        QTest::newRow("too large") << "?size=67108865" << 400 << -1 << true;
+        QTest::newRow("not a number") << "?size=12k" << 400 << -1 << true;
+        QTest::newRow("pace too slow") << "?pace=1001" << 400 << -1 << true;
+    }
+
+    void downloadsComeInTheAskedShape()
+    {
+        QFETCH(QString, query);
+        QFETCH(int, status);
+        QFETCH(int, size);
+        QFETCH(bool, withLength);
+
+        ServerApi trust(m_service->endpoints()); // adds the service's CA for this process
+        QNetworkAccessManager network;
+        QNetworkReply* reply = network.get(
+            QNetworkRequest(QUrl(m_service->apiUrl() + "/downloads/setup.exe" + query)));
+        QSignalSpy finished(reply, &QNetworkReply::finished);
+        QVERIFY(finished.wait(10000));
+        QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), status);
+        const QByteArray body = reply->readAll();
+        if (size >= 0) {
+            QCOMPARE(body.size(), size);
+            QCOMPARE(reply->hasRawHeader("Content-Length"), withLength);
+            if (size > 28)
+                QVERIFY(body.startsWith("TAVERO DEVELOPMENT INSTALLER\n"));
+        }
+        reply->deleteLater();
     }
 
     void badCommandLineIsRefused()

@@ -423,10 +423,58 @@ void DevService::installApi()
                                                   {"changelog", q(version.changelog)}}}});
                });
 
-    server.Get(R"(/downloads/[A-Za-z0-9._-]+)", [](const Request&, Response& response) {
-        std::string installer = "TAVERO DEVELOPMENT INSTALLER\n";
-        installer.resize(64 * 1024, '.');
-        response.set_content(installer, "application/octet-stream");
+    // Any name serves a stand-in installer: 64 KiB, or "?size=N" bytes (at most 64 MiB). It goes
+    // out in 16 KiB pieces; "?chunked=1" sends them without a length, as some download servers
+    // do, and "?pace=MS" (at most 1000) waits that long before each piece, so a client sees the
+    // download progress.
+    server.Get(R"(/downloads/[A-Za-z0-9._-]+)", [this](const Request& request, Response& response) {
+        const auto number = [&request](const char* name, std::size_t fallback,
+                                       std::size_t maximum) -> std::optional<std::size_t> {
+            if (!request.has_param(name))
+                return fallback;
+            const std::string text = request.get_param_value(name);
+            if (text.empty() || text.size() > 9 ||
+                text.find_first_not_of("0123456789") != std::string::npos)
+                return std::nullopt;
+            const std::size_t value = std::stoul(text);
+            return value <= maximum ? std::optional<std::size_t>(value) : std::nullopt;
+        };
+        const std::optional<std::size_t> size = number("size", 64 * 1024, 64u << 20);
+        const std::optional<std::size_t> pace = number("pace", 0, 1000);
+        if (!size || !pace) {
+            sendJson(response, 400,
+                     errorObject("bad_download", "size must be 0 to 67108864, pace 0 to 1000"));
+            return;
+        }
+        auto installer = std::make_shared<std::string>("TAVERO DEVELOPMENT INSTALLER\n");
+        installer->resize(*size, '.');
+        const int paceMs = static_cast<int>(*pace);
+        const auto piece = [this, installer, paceMs](std::size_t offset, httplib::DataSink& sink) {
+            constexpr std::size_t pieceSize = 16 * 1024;
+            if (paceMs > 0)
+                waitUnlessStopping(paceMs);
+            const std::size_t length = std::min(pieceSize, installer->size() - offset);
+            return sink.write(installer->data() + offset, length);
+        };
+        if (request.get_param_value("chunked") == "1") {
+            response.set_chunked_content_provider(
+                "application/octet-stream",
+                [installer, piece](std::size_t offset, httplib::DataSink& sink) {
+                    if (offset >= installer->size()) {
+                        sink.done();
+                        return true;
+                    }
+                    return piece(offset, sink);
+                });
+        } else if (paceMs > 0) {
+            response.set_content_provider(
+                installer->size(), "application/octet-stream",
+                [piece](std::size_t offset, std::size_t, httplib::DataSink& sink) {
+                    return piece(offset, sink);
+                });
+        } else {
+            response.set_content(*installer, "application/octet-stream");
+        }
     });
 
     server.Get(R"(/flags/(640x480|60x45)/([A-Za-z]{2,3})\.png)", [this](const Request& request,

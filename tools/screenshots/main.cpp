@@ -8,6 +8,8 @@
 #include <QCommandLineParser>
 #include <QDirIterator>
 #include <QFontDatabase>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
 #include <QTextStream>
 
 using tavero::screenshots::ShotRegistry;
@@ -36,8 +38,14 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
         qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Pages read and write the settings store (the language choice among them): give them one of
+    // their own, never the user's.
+    const QTemporaryDir settingsHome;
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(settingsHome.path()));
 
     Application app(argc, argv);
+    // The pages' debug lines (the client drops them too) would drown the list of pictures.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     QTextStream out(stdout);
     QTextStream err(stderr);
 

@@ -1,39 +1,17 @@
 #include "shotrunner.h"
 
 #include <QApplication>
-#include <QDate>
+#include <QFile>
 #include <QLocale>
 #include <QPixmap>
 #include <QWidget>
 
 namespace tavero::screenshots {
 
-namespace {
-
-QLocale localeFor(const QString& language)
-{
-    if (language == QLatin1String("fra"))
-        return QLocale(QLocale::French, QLocale::France);
-    if (language == QLatin1String("ger"))
-        return QLocale(QLocale::German, QLocale::Germany);
-    if (language == QLatin1String("rus"))
-        return QLocale(QLocale::Russian, QLocale::Russia);
-    if (language == QLatin1String("spa"))
-        return QLocale(QLocale::Spanish, QLocale::Spain);
-    return QLocale(QLocale::English, QLocale::UnitedStates);
-}
-
-} // namespace
-
 ShotRunner::ShotRunner(const QString& outputDirectory)
     : m_outputDirectory(outputDirectory)
+    , m_languages(m_settings)
 {}
-
-ShotRunner::~ShotRunner()
-{
-    if (m_translatorInstalled)
-        QCoreApplication::removeTranslator(&m_translator);
-}
 
 QStringList ShotRunner::knownLanguages()
 {
@@ -61,22 +39,13 @@ bool ShotRunner::run(const std::vector<const ShotRegistry::Page*>& pages,
 
 bool ShotRunner::useLanguage(const QString& language)
 {
-    if (m_translatorInstalled) {
-        QCoreApplication::removeTranslator(&m_translator);
-        m_translatorInstalled = false;
-    }
-    if (!m_translator.load(QStringLiteral(":/translations/") + language)) {
-        m_errors << QStringLiteral("no catalogue :/translations/%1").arg(language);
+    const int index = m_languages.getLanguageIndexByName(language);
+    if (index < 0 || !QFile::exists(m_languages.getLanguageInfos().at(index).translationPath)) {
+        m_errors << QStringLiteral("no catalogue for %1").arg(language);
         return false;
     }
-    QCoreApplication::installTranslator(&m_translator);
-    m_translatorInstalled = true;
-
-    const QLocale locale = localeFor(language);
-    QLocale::setDefault(locale);
-    const QDate buildDate =
-        QDate::fromString(qApp->property("AppBuildDate").toString(), Qt::ISODate);
-    qApp->setProperty("AppLocaleDateString", locale.toString(buildDate, QLocale::LongFormat));
+    m_languages.changeLanguageByName(language);
+    QLocale::setDefault(m_languages.getLanguageInfos().at(index).locale);
     return true;
 }
 

@@ -1,20 +1,21 @@
 #pragma once
 
+#include "app/languagemaster.h"
+#include "app/settings.h"
 #include "shotregistry.h"
 
 #include <QDir>
-#include <QTranslator>
 
 namespace tavero::screenshots {
 
 // Renders registered pages to PNG files named "<page>-<state>-<language>.png": for each language
-// it installs the embedded catalogue ":/translations/<language>" and the matching long release
-// date (the application property "AppLocaleDateString"), then builds, shows and grabs the widget
-// of every state.
+// it switches the interface language the way the client does (the language manager installs the
+// embedded catalogue and publishes the long release date "AppLocaleDateString"), then builds,
+// shows and grabs the widget of every state. The language choice is stored in the settings, so
+// main() points the settings store at a directory of its own.
 class ShotRunner {
 public:
     explicit ShotRunner(const QString& outputDirectory);
-    ~ShotRunner();
 
     static QStringList knownLanguages();
 
@@ -29,8 +30,8 @@ private:
     void shoot(const ShotRegistry::Page& page, const QString& state, const QString& language);
 
     QDir m_outputDirectory;
-    QTranslator m_translator;
-    bool m_translatorInstalled = false;
+    tavero::Settings m_settings;
+    tavero::LanguageMaster m_languages;
     QStringList m_written;
     QStringList m_errors;
 };

@@ -1,0 +1,242 @@
+// The language manager against the embedded catalogues: the start-up precedence (hand-over file,
+// stored choice, system language, English), switching, and the localised build date.
+#include "app/languagemaster.h"
+#include "app/settings.h"
+#include "support/testmain.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+using tavero::LanguageMaster;
+using tavero::Settings;
+
+namespace {
+
+// A text every catalogue translates, and its translation per language code.
+const char probeContext[] = "SettingsDialog";
+const char probeKey[] = "label.common";
+
+QString installedLanguage()
+{
+    const QString text = QCoreApplication::translate(probeContext, probeKey);
+    static const QHash<QString, QString> byText = {{"Common", "eng"},
+                                                   {"Général", "fra"},
+                                                   {"Allgemein", "ger"},
+                                                   {"Общие", "rus"},
+                                                   {"General", "spa"}};
+    if (text == QLatin1String(probeKey))
+        return QString(); // no catalogue answers
+    return byText.value(text, QStringLiteral("<unknown text %1>").arg(text));
+}
+
+void writeFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QCOMPARE(file.write(content), qint64(content.size()));
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(QLocale::Language)
+
+class TestLanguageMaster : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_workingDirectory;
+    QString m_previousDirectory;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_workingDirectory.isValid());
+        m_previousDirectory = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_workingDirectory.path()));
+        qApp->setProperty("AppBuildDate", "2021-01-20");
+    }
+
+    void cleanupTestCase() { QDir::setCurrent(m_previousDirectory); }
+
+    void init()
+    {
+        tavero::test::TestEnvironment::clearSettings();
+        QFile::remove(QStringLiteral("language.txt"));
+        qApp->setProperty("AppLocaleDateString", QVariant());
+    }
+
+    void startupChoice_data()
+    {
+        QTest::addColumn<QVariant>("handOver"); // file content; null: no file
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QLocale::Language>("system");
+        QTest::addColumn<QString>("expectedStored");
+        QTest::addColumn<QString>("expectedInstalled"); // empty: nothing installed
+
+        const QVariant noFile;
+        QTest::newRow("fresh, system French") << noFile << QString() << QLocale::French << "fra"
+                                              << "fra";
+        QTest::newRow("fresh, system Italian falls back to English")
+            << noFile << QString() << QLocale::Italian << "eng"
+            << "eng";
+        QTest::newRow("fresh, system Russian") << noFile << QString() << QLocale::Russian << "rus"
+                                               << "rus";
+        QTest::newRow("stored German wins over the system")
+            << noFile << "ger" << QLocale::French << "ger"
+            << "ger";
+        QTest::newRow("stored display name is not a code")
+            << noFile << "English" << QLocale::Spanish << "spa"
+            << "spa";
+        QTest::newRow("stored code in the wrong case, system unsupported")
+            << noFile << "GER" << QLocale::Japanese << "eng"
+            << "eng";
+        QTest::newRow("hand-over wins over the stored choice")
+            << QVariant(QByteArray("spa")) << "ger" << QLocale::French << "spa"
+            << "spa";
+        QTest::newRow("hand-over with a byte-order mark")
+            << QVariant(QByteArray("\xEF\xBB\xBFger")) << "eng" << QLocale::French << "ger"
+            << "ger";
+        QTest::newRow("hand-over with a trailing line break switches nothing")
+            << QVariant(QByteArray("spa\n")) << "ger" << QLocale::French << "ger"
+            << "";
+        QTest::newRow("hand-over with a Windows line break switches nothing")
+            << QVariant(QByteArray("fra\r\n")) << "" << QLocale::German << ""
+            << "";
+        QTest::newRow("hand-over with blanks switches nothing")
+            << QVariant(QByteArray(" rus")) << "eng" << QLocale::German << "eng"
+            << "";
+        QTest::newRow("hand-over of an unknown code")
+            << QVariant(QByteArray("ita")) << "" << QLocale::French << ""
+            << "";
+        QTest::newRow("empty hand-over")
+            << QVariant(QByteArray("")) << "rus" << QLocale::French << "rus"
+            << "";
+    }
+
+    void startupChoice()
+    {
+        QFETCH(QVariant, handOver);
+        QFETCH(QString, stored);
+        QFETCH(QLocale::Language, system);
+        QFETCH(QString, expectedStored);
+        QFETCH(QString, expectedInstalled);
+
+        if (!handOver.isNull())
+            writeFile(QStringLiteral("language.txt"), handOver.toByteArray());
+        Settings settings;
+        settings.setSelectedLanguage(stored);
+
+        {
+            LanguageMaster master(settings, system);
+            master.initStartupLanguage();
+
+            QCOMPARE(installedLanguage(), expectedInstalled);
+            QCOMPARE(settings.getSelectedLanguage(), expectedStored);
+            QCOMPARE(Settings().getSelectedLanguage(), expectedStored); // saved, not just kept
+            QVERIFY2(!QFile::exists(QStringLiteral("language.txt")),
+                     "the hand-over file must be consumed");
+            QCOMPARE(qApp->property("AppLocaleDateString").isValid(), !expectedInstalled.isEmpty());
+        }
+        QCOMPARE(installedLanguage(), QString()); // the manager takes its translator along
+    }
+
+    // The hand-over is read once: the next start goes by the stored choice again.
+    void handOverIsConsumedOnce()
+    {
+        writeFile(QStringLiteral("language.txt"), "fra");
+        Settings settings;
+        settings.setSelectedLanguage(QStringLiteral("ger"));
+        LanguageMaster first(settings, QLocale::English);
+        first.initStartupLanguage();
+        QCOMPARE(installedLanguage(), QString("fra"));
+
+        settings.setSelectedLanguage(QStringLiteral("rus"));
+        LanguageMaster second(settings, QLocale::English);
+        second.initStartupLanguage();
+        QCOMPARE(installedLanguage(), QString("rus"));
+    }
+
+    void unreadableHandOverCountsAsMissing()
+    {
+        QVERIFY(QDir().mkdir(QStringLiteral("language.txt"))); // a directory cannot be read
+        Settings settings;
+        settings.setSelectedLanguage(QStringLiteral("ger"));
+        LanguageMaster master(settings, QLocale::English);
+        master.initStartupLanguage();
+        QCOMPARE(installedLanguage(), QString("ger"));
+        QVERIFY(QDir().rmdir(QStringLiteral("language.txt")));
+    }
+
+    void ignoresUnknownLanguages()
+    {
+        Settings settings;
+        LanguageMaster master(settings, QLocale::English);
+        master.changeLanguageByName(QStringLiteral("fra"));
+        QCOMPARE(installedLanguage(), QString("fra"));
+
+        master.changeLanguageByName(QStringLiteral("English")); // a display name, not a code
+        master.changeLanguageByName(QStringLiteral("FRA"));
+        master.changeLanguageByName(QString());
+        master.changeLanguage(QLocale::Italian);
+        QCOMPARE(installedLanguage(), QString("fra"));
+        QCOMPARE(settings.getSelectedLanguage(), QString("fra"));
+    }
+
+    void switchesByLocaleLanguage_data()
+    {
+        QTest::addColumn<QLocale::Language>("language");
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<QString>("monthName"); // January in the language's long date
+        QTest::newRow("English") << QLocale::English << "eng"
+                                 << "January";
+        QTest::newRow("Russian") << QLocale::Russian << "rus"
+                                 << "января";
+        QTest::newRow("French") << QLocale::French << "fra"
+                                << "janvier";
+        QTest::newRow("German") << QLocale::German << "ger"
+                                << "Januar";
+        QTest::newRow("Spanish") << QLocale::Spanish << "spa"
+                                 << "enero";
+    }
+
+    void switchesByLocaleLanguage()
+    {
+        QFETCH(QLocale::Language, language);
+        QFETCH(QString, code);
+        QFETCH(QString, monthName);
+
+        Settings settings;
+        LanguageMaster master(settings, QLocale::English);
+        master.changeLanguage(language);
+        QCOMPARE(installedLanguage(), code);
+        QCOMPARE(settings.getSelectedLanguage(), code);
+
+        const QString date = qApp->property("AppLocaleDateString").toString();
+        QVERIFY2(date.contains(monthName) && date.contains("20") && date.contains("2021"),
+                 qPrintable(date));
+        const QLocale locale =
+            master.getLanguageInfos().at(master.getLanguageIndex(language)).locale;
+        QCOMPARE(date, locale.toString(QDate(2021, 1, 20), QLocale::LongFormat));
+    }
+
+    // One translator serves every switch: after any number of switches a catalogue that fails to
+    // load leaves no earlier language answering.
+    void reusesOneTranslator()
+    {
+        Settings settings;
+        LanguageMaster master(settings, QLocale::English);
+        for (const char* code : {"ger", "rus", "eng", "spa"})
+            master.changeLanguageByName(QString::fromLatin1(code));
+        QCOMPARE(installedLanguage(), QString("spa"));
+
+        tavero::LanguageInfo missing = master.getLanguageInfos().at(2);
+        missing.translationPath = QStringLiteral(":/translations/none");
+        master.changeLanguage(missing);
+        QCOMPARE(installedLanguage(), QString());
+        QCOMPARE(settings.getSelectedLanguage(), QString("fra")); // stored even so
+        QVERIFY(qApp->property("AppLocaleDateString").toString().contains("janvier"));
+    }
+};
+
+TAVERO_TEST_GUILESS_MAIN(TestLanguageMaster)
+#include "tst_languagemaster.moc"

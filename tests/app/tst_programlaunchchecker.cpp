@@ -1,0 +1,285 @@
+// The launch check between real processes: a helper program plays the other copy of the client.
+#include "app/programlaunchchecker.h"
+#include "support/maptranslator.h"
+#include "support/messageboxdriver.h"
+#include "support/testmain.h"
+
+#include <QAbstractButton>
+#include <QMessageBox>
+#include <QProcess>
+#include <QSystemSemaphore>
+#include <QTimer>
+#include <memory>
+#include <vector>
+
+using tavero::test::MapTranslator;
+using tavero::test::MessageBoxDriver;
+
+namespace {
+
+// A fresh marker name per use, so tests (and runs of this test side by side) never meet.
+QString uniqueName()
+{
+    static int counter = 0;
+    return QStringLiteral("tavero-test-%1-%2")
+        .arg(QCoreApplication::applicationPid())
+        .arg(++counter);
+}
+
+// One helper process playing a copy of the client.
+class Copy {
+public:
+    explicit Copy(const QString& name)
+    {
+        m_process.setProgram(qEnvironmentVariable("TAVERO_LAUNCH_HELPER"));
+        m_process.setArguments({name});
+        m_process.start();
+    }
+    // Ends a copy still running normally, so it leaves no marker behind in the system.
+    ~Copy()
+    {
+        if (m_process.state() == QProcess::NotRunning)
+            return;
+        m_process.closeWriteChannel();
+        if (!m_process.waitForFinished(5000)) {
+            m_process.kill();
+            m_process.waitForFinished(5000);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(Copy)
+
+    // "running" or "refused"; empty when the helper said nothing in time.
+    QString firstAnswer() { return readLine(); }
+
+    QString ask(const QByteArray& command)
+    {
+        m_process.write(command + '\n');
+        return readLine();
+    }
+
+    // Ends the copy normally, or like a crash (SIGKILL: no destructor, no detach).
+    bool exitNormally()
+    {
+        m_process.closeWriteChannel();
+        return m_process.waitForFinished(5000) && m_process.exitCode() == 0;
+    }
+    bool crash()
+    {
+        m_process.kill();
+        return m_process.waitForFinished(5000);
+    }
+    bool finishedWith(int exitCode)
+    {
+        return m_process.waitForFinished(5000) && m_process.exitStatus() == QProcess::NormalExit &&
+               m_process.exitCode() == exitCode;
+    }
+
+private:
+    QString readLine()
+    {
+        while (!m_process.canReadLine()) {
+            if (!m_process.waitForReadyRead(5000))
+                return QString();
+        }
+        return QString::fromUtf8(m_process.readLine()).trimmed();
+    }
+
+    QProcess m_process;
+};
+
+} // namespace
+
+class TestProgramLaunchChecker : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(QFile::exists(qEnvironmentVariable("TAVERO_LAUNCH_HELPER")),
+                 "TAVERO_LAUNCH_HELPER must name the helper program");
+    }
+
+    void keyCarriesTheFixedGuid()
+    {
+        const QString key = ProgramLaunchChecker::generateGuidedName(QStringLiteral("tavero"));
+        QVERIFY2(QRegularExpression("^tavero_\\{[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-"
+                                    "[0-9a-f]{12}\\}$")
+                     .match(key)
+                     .hasMatch(),
+                 qPrintable(key));
+        QCOMPARE(ProgramLaunchChecker::generateGuidedName(QStringLiteral("other")).mid(5),
+                 key.mid(6));
+        QCOMPARE(ProgramLaunchChecker::sharedMemoryName(key), key + "shared_memory");
+    }
+
+    void secondCopyRefusedUntilTheFirstEnds_data()
+    {
+        QTest::addColumn<bool>("crashes");
+        QTest::newRow("first copy exits") << false;
+        QTest::newRow("first copy crashes") << true;
+    }
+
+    void secondCopyRefusedUntilTheFirstEnds()
+    {
+        QFETCH(bool, crashes);
+        const QString name = uniqueName();
+
+        Copy first(name);
+        QCOMPARE(first.firstAnswer(), QString("running"));
+        {
+            Copy second(name);
+            QCOMPARE(second.firstAnswer(), QString("refused"));
+            QVERIFY(second.finishedWith(1));
+        }
+        QCOMPARE(first.ask("check"), QString("held")); // the refused copy took nothing away
+
+        QVERIFY(crashes ? first.crash() : first.exitNormally());
+
+        Copy third(name);
+        QCOMPARE(third.firstAnswer(), QString("running"));
+        Copy fourth(name);
+        QCOMPARE(fourth.firstAnswer(), QString("refused"));
+        QVERIFY(third.exitNormally());
+
+        // The crashed copy made the semaphore and could not remove it: take it over and drop it.
+        QSystemSemaphore(ProgramLaunchChecker::generateGuidedName(name) + "_semaphore", 1,
+                         QSystemSemaphore::Create);
+    }
+
+    void copiesStartedTogetherAdmitExactlyOne()
+    {
+        const QString name = uniqueName();
+        std::vector<std::unique_ptr<Copy>> copies;
+        for (int i = 0; i < 6; ++i)
+            copies.push_back(std::make_unique<Copy>(name));
+        QStringList answers;
+        for (auto& copy : copies)
+            answers << copy->firstAnswer();
+        QCOMPARE(answers.count("running"), 1);
+        QCOMPARE(answers.count("refused"), 5);
+    }
+
+    // check() asks without claiming: a copy started afterwards still runs.
+    void checkDoesNotClaimTheMarker()
+    {
+        const QString name = uniqueName();
+        QVERIFY(!ProgramLaunchChecker::check(name));
+        QVERIFY(!ProgramLaunchChecker::check(name));
+
+        Copy copy(name);
+        QCOMPARE(copy.firstAnswer(), QString("running"));
+        QVERIFY(ProgramLaunchChecker::check(name));
+        QVERIFY(copy.exitNormally());
+        QVERIFY(!ProgramLaunchChecker::check(name));
+    }
+
+    void attachedCopyHoldsTheMarkerForItsLife()
+    {
+        const QString name = uniqueName();
+        QVERIFY(!ProgramLaunchChecker::attach(name));
+        QVERIFY(ProgramLaunchChecker::check(name));   // finds its own marker
+        QVERIFY(!ProgramLaunchChecker::attach(name)); // still the holder, not a second copy
+
+        Copy other(name);
+        QCOMPARE(other.firstAnswer(), QString("refused"));
+    }
+
+    void checkDlgWarnsInTheInterfaceLanguage()
+    {
+        const QString name = uniqueName();
+        Copy running(name);
+        QCOMPARE(running.firstAnswer(), QString("running"));
+
+        MapTranslator german;
+        german.add("QObject", "label.program_is_already_running",
+                   "Die Anwendung „%1“ wird bereits ausgeführt");
+        QCoreApplication::installTranslator(&german);
+        MessageBoxDriver driver;
+        driver.clickOnNextBox("OK");
+        const bool refused = ProgramLaunchChecker::checkDlg(name, QStringLiteral("TAVERO"));
+        QCoreApplication::removeTranslator(&german);
+
+        QVERIFY(refused);
+        QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join('\n')));
+        QCOMPARE(driver.seen().size(), 1);
+        const MessageBoxDriver::SeenBox& box = driver.seen().first();
+        QCOMPARE(box.title, QString("TAVERO"));
+        QCOMPARE(box.text, QString("Die Anwendung „TAVERO“ wird bereits ausgeführt"));
+        QCOMPARE(box.icon, QMessageBox::Warning);
+        QCOMPARE(box.buttons, QStringList{"OK"});
+    }
+
+    void checkDlgLetsTheFirstCopyRunSilently()
+    {
+        const QString name = uniqueName();
+        // No box may appear; were one shown, this closes it and the check below fails.
+        QTimer closer;
+        int boxes = 0;
+        connect(&closer, &QTimer::timeout, [&boxes] {
+            if (QWidget* modal = QApplication::activeModalWidget()) {
+                ++boxes;
+                modal->close();
+            }
+        });
+        closer.start(20);
+        QVERIFY(!ProgramLaunchChecker::checkDlg(name, QStringLiteral("TAVERO")));
+        QCOMPARE(boxes, 0);
+
+        Copy later(name);
+        QCOMPARE(later.firstAnswer(), QString("refused"));
+    }
+
+    void turnedDownAnswersAtOnceWhenNothingRuns()
+    {
+        MessageBoxDriver driver;
+        QVERIFY(ProgramLaunchChecker::checkProgrammTurnedDown(uniqueName(), "TAVERO"));
+        QVERIFY(driver.seen().isEmpty());
+    }
+
+    void turnedDownGivesUpOnNo()
+    {
+        const QString name = uniqueName();
+        Copy running(name);
+        QCOMPARE(running.firstAnswer(), QString("running"));
+
+        MessageBoxDriver driver;
+        driver.clickOnNextBox("action.no");
+        QVERIFY(!ProgramLaunchChecker::checkProgrammTurnedDown(name, QStringLiteral("TAVERO")));
+        QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join('\n')));
+        QCOMPARE(driver.seen().size(), 1);
+        QCOMPARE(driver.seen().first().title, QString());
+        QCOMPARE(driver.seen().first().text,
+                 QString("warning.program_is_already_running_want_to_continue"));
+        QCOMPARE(running.ask("check"), QString("held")); // the running copy is untouched
+    }
+
+    // The user closes the running copy, then answers Yes: the test passes on the next round.
+    void turnedDownTestsAgainOnYes()
+    {
+        const QString name = uniqueName();
+        Copy running(name);
+        QCOMPARE(running.firstAnswer(), QString("running"));
+
+        int boxes = 0;
+        bool closedTheCopy = false;
+        QTimer answerer;
+        connect(&answerer, &QTimer::timeout, [&] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box || !box->isVisible())
+                return;
+            ++boxes;
+            closedTheCopy = running.exitNormally();
+            for (QAbstractButton* button : box->buttons()) {
+                if (button->text() == QLatin1String("action.yes"))
+                    button->click();
+            }
+        });
+        answerer.start(20);
+        QVERIFY(ProgramLaunchChecker::checkProgrammTurnedDown(name, QStringLiteral("TAVERO")));
+        QVERIFY(closedTheCopy);
+        QCOMPARE(boxes, 1);
+    }
+};
+
+TAVERO_TEST_GUI_MAIN(TestProgramLaunchChecker)
+#include "tst_programlaunchchecker.moc"

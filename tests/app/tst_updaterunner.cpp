@@ -1,0 +1,249 @@
+// The update runner as the client starts it: a copy of the program in a directory of its own,
+// beside a stand-in "tavero" that records being started, with a stand-in installer.
+#include "support/testmain.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace {
+
+enum Exit { Installed = 0, NoUpdate = 2, NotInstallable = 3, InstallFailed = 4 };
+
+bool writeFile(const QString& path, const QByteArray& content, bool executable = false)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+        file.write(content) != content.size())
+        return false;
+    file.close();
+    if (executable)
+        file.setPermissions(file.permissions() | QFile::ExeOwner | QFile::ExeUser);
+    return true;
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString machineArchitecture()
+{
+    QProcess dpkg;
+    dpkg.start("dpkg", {"--print-architecture"});
+    dpkg.waitForFinished();
+    return QString::fromLatin1(dpkg.readAllStandardOutput()).trimmed();
+}
+
+// A real Debian package with the given control fields, built with dpkg-deb.
+QByteArray debianPackage(const QString& name, const QString& architecture)
+{
+    QTemporaryDir root;
+    QDir(root.path()).mkpath("tree/DEBIAN");
+    QDir(root.path()).mkpath("tree/usr/share/doc/" + name);
+    const QString control = QStringLiteral("Package: %1\nVersion: 1.2.3.11\nArchitecture: %2\n"
+                                           "Maintainer: Tavero <dev@tavero.example>\n"
+                                           "Description: test package\n")
+                                .arg(name, architecture);
+    writeFile(root.filePath("tree/DEBIAN/control"), control.toUtf8());
+    writeFile(root.filePath("tree/usr/share/doc/" + name + "/README"), "readme\n");
+    QProcess build;
+    build.start("dpkg-deb",
+                {"--root-owner-group", "--build", root.filePath("tree"), root.filePath("p.deb")});
+    build.waitForFinished(30000);
+    return readFile(root.filePath("p.deb"));
+}
+
+} // namespace
+
+class TestUpdateRunner : public QObject {
+    Q_OBJECT
+
+    QByteArray m_clientPackage;
+    QByteArray m_clientPackageForThisMachine;
+    QByteArray m_otherPackage;
+    QByteArray m_foreignArchitecturePackage;
+
+    // The program directory of one run: the runner, "tavero" and the installer stand-ins.
+    struct Installation {
+        QTemporaryDir directory;
+        QString runner() const { return directory.filePath("UpdateRunner"); }
+        QString installer() const { return directory.filePath("installer"); }
+        QString installerLog() const { return directory.filePath("installer.log"); }
+        QString startedLog() const { return directory.filePath("started.log"); }
+        QString updateFile() const { return directory.filePath("update.exe"); }
+    };
+
+    std::unique_ptr<Installation> makeInstallation()
+    {
+        auto installation = std::make_unique<Installation>();
+        if (!QFile::copy(qEnvironmentVariable("TAVERO_UPDATE_RUNNER"), installation->runner()))
+            return nullptr;
+        // Records its working directory and argument count, as the client would run there.
+        writeFile(installation->directory.filePath("tavero"),
+                  "#!/bin/sh\necho \"$PWD $#\" > \"$(dirname \"$0\")/started.log\"\n", true);
+        writeFile(installation->installer(),
+                  "#!/bin/sh\necho \"$@\" > \"$(dirname \"$0\")/installer.log\"\n"
+                  "exit ${INSTALLER_EXIT:-0}\n",
+                  true);
+        return installation;
+    }
+
+    static QProcessEnvironment environment(int installerExit = 0)
+    {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove("TAVERO_UPDATE_FILE");
+        env.insert("INSTALLER_EXIT", QString::number(installerExit));
+        return env;
+    }
+
+    static QString uniqueInstanceName()
+    {
+        static int counter = 0;
+        return QStringLiteral("tavero-update-test-%1-%2")
+            .arg(QCoreApplication::applicationPid())
+            .arg(++counter);
+    }
+
+    // Starts the runner the way the client does: from the program directory, no update file
+    // named, plus the test's installer and marker name.
+    static void start(QProcess& runner, const Installation& installation,
+                      const QProcessEnvironment& env, const QString& instanceName)
+    {
+        runner.setProcessEnvironment(env);
+        runner.setWorkingDirectory(installation.directory.path());
+        runner.start(installation.runner(),
+                     {"--installer", installation.installer(), "--instance-name", instanceName});
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(QFile::exists(qEnvironmentVariable("TAVERO_UPDATE_RUNNER")),
+                 "TAVERO_UPDATE_RUNNER must name the runner");
+        const QString machine = machineArchitecture();
+        QVERIFY(!machine.isEmpty());
+        m_clientPackage = debianPackage("tavero", "all");
+        m_clientPackageForThisMachine = debianPackage("tavero", machine);
+        m_otherPackage = debianPackage("tavero-tools", "all");
+        m_foreignArchitecturePackage =
+            debianPackage("tavero", machine == "s390x" ? "riscv64" : "s390x");
+        QVERIFY(m_clientPackage.startsWith("!<arch>"));
+        QVERIFY(m_otherPackage.startsWith("!<arch>"));
+    }
+
+    void handlesTheDownloadedFile_data()
+    {
+        QTest::addColumn<QVariant>("content"); // null: no file
+        QTest::addColumn<int>("installerExit");
+        QTest::addColumn<int>("expectedExit");
+
+        QTest::newRow("no file") << QVariant() << 0 << int(NoUpdate);
+        QTest::newRow("empty file") << QVariant(QByteArray("")) << 0 << int(NoUpdate);
+        QTest::newRow("Windows installer")
+            << QVariant(QByteArray("MZ\x90\0\3\0\0\0", 8)) << 0 << int(NotInstallable);
+        QTest::newRow("not a package")
+            << QVariant(QByteArray("<html>Not found</html>")) << 0 << int(NotInstallable);
+        QTest::newRow("truncated package")
+            << QVariant(m_clientPackage.left(m_clientPackage.size() / 2)) << 0
+            << int(NotInstallable);
+        QTest::newRow("another package") << QVariant(m_otherPackage) << 0 << int(NotInstallable);
+        QTest::newRow("another architecture")
+            << QVariant(m_foreignArchitecturePackage) << 0 << int(NotInstallable);
+        QTest::newRow("client package for every architecture")
+            << QVariant(m_clientPackage) << 0 << int(Installed);
+        QTest::newRow("client package for this machine")
+            << QVariant(m_clientPackageForThisMachine) << 0 << int(Installed);
+        QTest::newRow("installer fails") << QVariant(m_clientPackage) << 100 << int(InstallFailed);
+    }
+
+    void handlesTheDownloadedFile()
+    {
+        QFETCH(QVariant, content);
+        QFETCH(int, installerExit);
+        QFETCH(int, expectedExit);
+
+        const auto installation = makeInstallation();
+        QVERIFY(installation);
+        if (!content.isNull())
+            QVERIFY(writeFile(installation->updateFile(), content.toByteArray()));
+
+        QProcess runner;
+        start(runner, *installation, environment(installerExit), uniqueInstanceName());
+        QVERIFY(runner.waitForFinished(30000));
+        QCOMPARE(runner.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(runner.exitCode(), expectedExit);
+        QVERIFY2(!runner.readAllStandardError().trimmed().isEmpty(), "the outcome is reported");
+
+        const bool installerRan = expectedExit == Installed || expectedExit == InstallFailed;
+        QCOMPARE(QFile::exists(installation->installerLog()), installerRan);
+        if (installerRan)
+            QCOMPARE(readFile(installation->installerLog()).trimmed(),
+                     installation->updateFile().toUtf8());
+
+        if (expectedExit == Installed) {
+            QVERIFY2(!QFile::exists(installation->updateFile()), "installed file left behind");
+            QTRY_VERIFY(QFile::exists(installation->startedLog()));
+            // Started again from the program directory, without arguments.
+            QTRY_COMPARE(readFile(installation->startedLog()).trimmed(),
+                         QDir(installation->directory.path()).canonicalPath().toUtf8() + " 0");
+        } else {
+            QCOMPARE(QFile::exists(installation->updateFile()), !content.isNull());
+            QTest::qWait(100);
+            QVERIFY(!QFile::exists(installation->startedLog()));
+        }
+    }
+
+    void takesTheFileTheClientNames()
+    {
+        const auto installation = makeInstallation();
+        QVERIFY(installation);
+        QTemporaryDir elsewhere;
+        const QString update = elsewhere.filePath("update.exe");
+        QVERIFY(writeFile(update, m_clientPackage));
+        QVERIFY(writeFile(installation->updateFile(), "MZ not this one"));
+
+        QProcessEnvironment env = environment();
+        env.insert("TAVERO_UPDATE_FILE", update);
+        QProcess runner;
+        start(runner, *installation, env, uniqueInstanceName());
+        QVERIFY(runner.waitForFinished(30000));
+        QCOMPARE(runner.exitCode(), int(Installed));
+        QCOMPARE(readFile(installation->installerLog()).trimmed(), update.toUtf8());
+        QVERIFY(!QFile::exists(update));
+        QVERIFY(QFile::exists(installation->updateFile()));
+    }
+
+    // The client is still shutting down when the installation ends: the new copy is started only
+    // once the old one let go of its marker, or it would refuse to run.
+    void restartsTheClientOnlyAfterTheOldCopyExited()
+    {
+        const auto installation = makeInstallation();
+        QVERIFY(installation);
+        QVERIFY(writeFile(installation->updateFile(), m_clientPackage));
+        const QString instance = uniqueInstanceName();
+
+        QProcess oldClient;
+        oldClient.start(qEnvironmentVariable("TAVERO_LAUNCH_HELPER"), {instance});
+        QVERIFY(oldClient.waitForReadyRead(5000));
+        QCOMPARE(oldClient.readLine().trimmed(), QByteArray("running"));
+
+        QProcess runner;
+        start(runner, *installation, environment(), instance);
+        QTRY_VERIFY(QFile::exists(installation->installerLog()));
+        QTest::qWait(400);
+        QVERIFY2(!QFile::exists(installation->startedLog()), "started while the old copy ran");
+        QCOMPARE(runner.state(), QProcess::Running);
+
+        oldClient.closeWriteChannel();
+        QVERIFY(oldClient.waitForFinished(5000));
+        QVERIFY(runner.waitForFinished(10000));
+        QCOMPARE(runner.exitCode(), int(Installed));
+        QTRY_VERIFY(QFile::exists(installation->startedLog()));
+    }
+};
+
+TAVERO_TEST_GUILESS_MAIN(TestUpdateRunner)
+#include "tst_updaterunner.moc"

@@ -1,0 +1,368 @@
+// The update dialog: the version comparison, the compact and full layouts, and the download
+// against the development service, with a stand-in update runner in a program directory of the
+// test's own.
+#include "api/serverapi.h"
+#include "gui/pages/newversiondialog.h"
+#include "support/devservice.h"
+#include "support/testmain.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QFrame>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <algorithm>
+#include <functional>
+
+using tavero::test::DevService;
+
+namespace {
+
+constexpr int runningVersion = 12310;
+const QByteArray installerStart = "TAVERO DEVELOPMENT INSTALLER";
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+LastVersionGettingResult version(int versionInt, const QString& changelog = {},
+                                 const QString& url = {})
+{
+    LastVersionGettingResult result;
+    result.status = RequestResult::Ok;
+    result.version = QStringLiteral("9.9");
+    result.versionInt = versionInt;
+    result.changelog = changelog;
+    result.url = url;
+    return result;
+}
+
+// A loopback port nobody listens on: connecting to it is refused.
+quint16 closedPort()
+{
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    return server.serverPort(); // closed again when `server` goes
+}
+
+} // namespace
+
+class TestNewVersionDialog : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<DevService> m_service;
+    std::unique_ptr<tavero::ServerApi> m_api; // trusts the service's CA for the whole process
+    QString m_previousDirectory;
+    std::unique_ptr<QTemporaryDir> m_currentDirectory;
+    std::unique_ptr<QTemporaryDir> m_programDirectory;
+    QVector<int> m_progress;
+
+    QString runnerLog() const { return m_programDirectory->filePath("runner.log"); }
+    QString savedUpdate() const { return m_currentDirectory->filePath("update.exe"); }
+
+    QString downloadUrl() const { return m_service->apiUrl() + "/downloads/tavero-test.exe"; }
+
+    // Runs `action` once the dialog's modal loop shows it (for the buttons), and records every
+    // value the progress bar takes.
+    void whenShown(NewVersionDialog& dialog, std::function<void()> action)
+    {
+        auto* bar = dialog.findChild<QProgressBar*>("progressBar");
+        connect(bar, &QProgressBar::valueChanged, this, [this](int value) { m_progress << value; });
+        auto* poll = new QTimer(&dialog);
+        connect(poll, &QTimer::timeout, &dialog, [&dialog, poll, action] {
+            if (!dialog.isVisible())
+                return;
+            poll->stop();
+            poll->deleteLater();
+            action();
+        });
+        poll->start(10);
+    }
+
+    static void click(NewVersionDialog& dialog, const char* button)
+    {
+        auto* target = dialog.findChild<QPushButton*>(button);
+        QVERIFY2(target && target->isVisible(), button);
+        target->click();
+    }
+
+private slots:
+    void initTestCase()
+    {
+        qApp->setProperty("APPLICATION_VERSION_INT", runningVersion);
+        m_service = std::make_unique<DevService>();
+        QVERIFY2(m_service->isRunning(), qPrintable(m_service->errorText()));
+        m_service->exportEnvironment();
+        m_api = std::make_unique<tavero::ServerApi>(m_service->endpoints());
+        m_previousDirectory = QDir::currentPath();
+    }
+
+    void init()
+    {
+        m_progress.clear();
+        QVERIFY(m_service->reset());
+        m_currentDirectory = std::make_unique<QTemporaryDir>();
+        m_programDirectory = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir::setCurrent(m_currentDirectory->path()));
+        // Records where and how it was started.
+        QFile runner(m_programDirectory->filePath("UpdateRunner"));
+        QVERIFY(runner.open(QIODevice::WriteOnly));
+        runner.write("#!/bin/sh\necho \"$PWD|$#|$TAVERO_UPDATE_FILE\" > \"$(dirname \"$0\")/"
+                     "runner.log\"\n");
+        runner.close();
+        runner.setPermissions(runner.permissions() | QFile::ExeOwner);
+    }
+
+    void cleanup() { QDir::setCurrent(m_previousDirectory); }
+
+    void comparesWithTheRunningVersion_data()
+    {
+        QTest::addColumn<int>("serviceVersion");
+        QTest::addColumn<bool>("newer");
+        QTest::newRow("older") << runningVersion - 1 << false;
+        QTest::newRow("same") << runningVersion << false;
+        QTest::newRow("newer") << runningVersion + 1 << true;
+        QTest::newRow("nothing reported") << 0 << false;
+    }
+
+    void comparesWithTheRunningVersion()
+    {
+        QFETCH(int, serviceVersion);
+        QFETCH(bool, newer);
+        QCOMPARE(hasNewVersionForDevice(version(serviceVersion)), newer);
+
+        // Nothing newer: no dialog at all.
+        if (!newer) {
+            NewVersionDialog dialog(nullptr, m_programDirectory->path());
+            bool shown = false;
+            whenShown(dialog, [&] {
+                shown = true;
+                dialog.reject();
+            });
+            QVERIFY(!dialog.checkUpdate(version(serviceVersion, "log")));
+            QTest::qWait(30);
+            QVERIFY(!shown);
+        }
+    }
+
+    // Without a change log the dialog drops the "What's new?" frame and fits the two texts.
+    void compactWithoutChangeLog()
+    {
+        NewVersionDialog dialog(nullptr, m_programDirectory->path());
+        QSize size;
+        bool frameVisible = true;
+        bool textsFit = false;
+        whenShown(dialog, [&] {
+            size = dialog.size();
+            frameVisible = dialog.findChild<QFrame*>("changeLogQFrame")->isVisible();
+            textsFit = true;
+            for (const char* name : {"newVersionDetectedLabel", "warningUpdateLabel"}) {
+                auto* label = dialog.findChild<QLabel*>(name);
+                textsFit = textsFit && label->height() >= label->heightForWidth(label->width());
+            }
+            const QWidget* later = dialog.findChild<QPushButton*>("pushButtonSetupLater");
+            textsFit = textsFit && later->geometry().bottom() < dialog.height();
+            click(dialog, "pushButtonSetupLater");
+        });
+        QVERIFY(!dialog.checkUpdate(version(runningVersion + 1)));
+        QVERIFY(!frameVisible);
+        QCOMPARE(size.width(), 545);
+        QVERIFY2(size.height() < 400, qPrintable(QString::number(size.height())));
+        QCOMPARE(dialog.minimumSize(), size);
+        QCOMPARE(dialog.maximumSize(), size);
+        QVERIFY2(textsFit, "the compact dialog cuts its texts or buttons");
+        QVERIFY(!QFile::exists(savedUpdate()));
+        QVERIFY(!QFile::exists(runnerLog()));
+
+        // Reused with a change log, it has its full form again.
+        whenShown(dialog, [&] {
+            size = dialog.size();
+            frameVisible = dialog.findChild<QFrame*>("changeLogQFrame")->isVisible();
+            click(dialog, "pushButtonSetupLater");
+        });
+        QVERIFY(!dialog.checkUpdate(version(runningVersion + 1, "- One\n- Two")));
+        QVERIFY(frameVisible);
+        QCOMPARE(dialog.findChild<QPlainTextEdit*>("changeLogPlainTextEdit")->toPlainText(),
+                 QString("- One\n- Two"));
+        QVERIFY(dialog.findChild<QPlainTextEdit*>("changeLogPlainTextEdit")->isReadOnly());
+        QVERIFY2(size.width() >= 468 && size.width() <= 470 && size.height() >= 230 &&
+                     size.height() <= 573,
+                 qPrintable(QStringLiteral("%1x%2").arg(size.width()).arg(size.height())));
+    }
+
+    // The whole way, as at start-up: ask the service, download with progress, save, hand over.
+    void downloadsSavesAndStartsTheRunner()
+    {
+        NewVersionDialog dialog(nullptr, m_programDirectory->path());
+        bool progressShown = false;
+        whenShown(dialog, [&] { click(dialog, "pushButtonSetup"); });
+        connect(dialog.findChild<QProgressBar*>("progressBar"), &QProgressBar::valueChanged,
+                &dialog, [&] {
+                    progressShown =
+                        dialog.findChild<QProgressBar*>("progressBar")->isVisible() &&
+                        dialog.findChild<QPushButton*>("pushButtonCancel")->isVisible() &&
+                        !dialog.findChild<QPushButton*>("pushButtonSetup")->isVisible();
+                });
+        QVERIFY(dialog.checkUpdate());
+        QCOMPARE(m_service->requestCount("/versions/windows/ru"), 1);
+
+        const QByteArray saved = readFile(savedUpdate());
+        QCOMPARE(saved.size(), 64 * 1024);
+        QVERIFY(saved.startsWith(installerStart));
+        QVERIFY(progressShown);
+        QVERIFY(!m_progress.isEmpty());
+        QCOMPARE(m_progress.last(), 100);
+        QVERIFY2(std::is_sorted(m_progress.begin(), m_progress.end()), "progress went back");
+
+        // Started detached from the program directory, without arguments, told where the file is.
+        QTRY_VERIFY(QFile::exists(runnerLog()));
+        const QString programDirectory = QDir(m_programDirectory->path()).canonicalPath();
+        QCOMPARE(QString::fromUtf8(readFile(runnerLog())).trimmed(),
+                 programDirectory + "|0|" + savedUpdate());
+        QCOMPARE(QDir::current().canonicalPath(), programDirectory);
+    }
+
+    void progressFollowsTheDownload()
+    {
+        NewVersionDialog dialog(nullptr, m_programDirectory->path());
+        whenShown(dialog, [&] { click(dialog, "pushButtonSetup"); });
+        QVERIFY(dialog.checkUpdate(
+            version(runningVersion + 1, "log", downloadUrl() + "?size=262144&pace=15")));
+        QCOMPARE(QFileInfo(savedUpdate()).size(), qint64(262144));
+        QCOMPARE(m_progress.last(), 100);
+        QVERIFY2(std::is_sorted(m_progress.begin(), m_progress.end()), "progress went back");
+        const auto between = std::count_if(m_progress.begin(), m_progress.end(),
+                                           [](int value) { return value > 0 && value < 100; });
+        QVERIFY2(between >= 2, "no steps between empty and full");
+    }
+
+    void unknownSizeShowsAFullBar_data()
+    {
+        QTest::addColumn<QString>("query");
+        QTest::addColumn<qint64>("size");
+        QTest::newRow("empty reply: total 0") << "?size=0" << qint64(0);
+        QTest::newRow("no length given: total unknown")
+            << "?chunked=1&size=1048576" << qint64(1048576);
+    }
+
+    void unknownSizeShowsAFullBar()
+    {
+        QFETCH(QString, query);
+        QFETCH(qint64, size);
+        NewVersionDialog dialog(nullptr, m_programDirectory->path());
+        whenShown(dialog, [&] { click(dialog, "pushButtonSetup"); });
+        QVERIFY(dialog.checkUpdate(version(runningVersion + 1, "log", downloadUrl() + query)));
+        QVERIFY(!m_progress.isEmpty());
+        QCOMPARE(m_progress.first(), 100); // full from the first report on
+        QCOMPARE(m_progress.last(), 100);
+        QCOMPARE(QFileInfo(savedUpdate()).size(), size);
+    }
+
+    // The service answers with an error page: saved and handed over all the same (the runner
+    // refuses what is not an installer).
+    void httpErrorIsSavedLikeAnInstaller()
+    {
+        QVERIFY(
+            m_service->failNext("/downloads/tavero-test.exe", 1, DevService::Failure::Status, 404));
+        NewVersionDialog dialog(nullptr, m_programDirectory->path());
+        whenShown(dialog, [&] { click(dialog, "pushButtonSetup"); });
+        QVERIFY(dialog.checkUpdate(version(runningVersion + 1, "log", downloadUrl())));
+        QVERIFY(readFile(savedUpdate()).contains("injected_failure"));
+        QTRY_VERIFY(QFile::exists(runnerLog()));
+    }
+
+    void networkFailureClosesTheDialog_data()
+    {
+        QTest::addColumn<QString>("url");
+        QTest::addColumn<bool>("closeFault");
+        QTest::newRow("connection closed before the body") << QString() << true;
+        QTest::newRow("connection refused")
+            << QStringLiteral("https://127.0.0.1:%1/downloads/x.exe").arg(closedPort()) << false;
+    }
+
+    void networkFailureClosesTheDialog()
+    {
+        QFETCH(QString, url);
+        QFETCH(bool, closeFault);
+        if (closeFault)
+            QVERIFY(
+                m_service->failNext("/downloads/tavero-test.exe", 1, DevService::Failure::Close));
+
+        NewVersionDialog dialog(nullptr, m_programDirectory->path());
+        whenShown(dialog, [&] { click(dialog, "pushButtonSetup"); });
+        QVERIFY(!dialog.checkUpdate(
+            version(runningVersion + 1, "log", url.isEmpty() ? downloadUrl() : url)));
+        QVERIFY(!dialog.isVisible());
+        QVERIFY(!QFile::exists(savedUpdate()));
+        QTest::qWait(50);
+        QVERIFY(!QFile::exists(runnerLog()));
+        QCOMPARE(QDir::currentPath(), m_currentDirectory->path()); // nothing moved
+    }
+
+    void cancelStopsTheDownload_data()
+    {
+        QTest::addColumn<bool>("byClosingTheWindow");
+        QTest::newRow("Cancel button") << false;
+        QTest::newRow("window closed") << true;
+    }
+
+    // The service holds the reply back for long; Cancel must not wait for it.
+    void cancelStopsTheDownload()
+    {
+        QFETCH(bool, byClosingTheWindow);
+        QVERIFY(m_service->delayNext("/downloads/tavero-test.exe", 1, 20000));
+        NewVersionDialog dialog(nullptr, m_programDirectory->path());
+        QSignalSpy cancelled(&dialog, &NewVersionDialog::signalCancelDownload);
+        whenShown(dialog, [&] { click(dialog, "pushButtonSetup"); });
+        QTimer::singleShot(300, &dialog, [&] {
+            if (byClosingTheWindow)
+                dialog.close();
+            else
+                click(dialog, "pushButtonCancel");
+        });
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QVERIFY(!dialog.checkUpdate(version(runningVersion + 1, "log", downloadUrl())));
+        QVERIFY2(elapsed.elapsed() < 10000, "the download ran on after Cancel");
+        QCOMPARE(cancelled.count(), 1);
+        QVERIFY(!QFile::exists(savedUpdate()));
+        QTest::qWait(50);
+        QVERIFY(!QFile::exists(runnerLog()));
+
+        // Offered again, the dialog is idle: Install and Install later, no progress.
+        bool idle = false;
+        whenShown(dialog, [&] {
+            idle = dialog.findChild<QPushButton*>("pushButtonSetup")->isVisible() &&
+                   dialog.findChild<QPushButton*>("pushButtonSetupLater")->isVisible() &&
+                   !dialog.findChild<QProgressBar*>("progressBar")->isVisible() &&
+                   !dialog.findChild<QPushButton*>("pushButtonCancel")->isVisible();
+            click(dialog, "pushButtonSetupLater");
+        });
+        QVERIFY(!dialog.checkUpdate(version(runningVersion + 1, "log", downloadUrl())));
+        QVERIFY(idle);
+    }
+
+    void failedVersionRequestIsSilent()
+    {
+        QVERIFY(m_service->failNext("/versions/windows/ru", 1, DevService::Failure::Garbage));
+        NewVersionDialog dialog(nullptr, m_programDirectory->path());
+        bool shown = false;
+        whenShown(dialog, [&] {
+            shown = true;
+            dialog.reject();
+        });
+        QVERIFY(!dialog.checkUpdate());
+        QTest::qWait(30);
+        QVERIFY(!shown);
+    }
+};
+
+TAVERO_TEST_GUI_MAIN(TestNewVersionDialog)
+#include "tst_newversiondialog.moc"

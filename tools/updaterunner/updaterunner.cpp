@@ -1,0 +1,187 @@
+#include "updaterunner.h"
+
+#include "app/singleinstancemarker.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QThread>
+#include <unistd.h>
+
+namespace tavero {
+
+namespace {
+const QString clientPackage = QStringLiteral("tavero");
+const QString clientProgram = QStringLiteral("tavero");
+constexpr int toolTimeoutMs = 60000;
+// An installation may wait for a password prompt and for other package managers.
+constexpr int installerTimeoutMs = 30 * 60 * 1000;
+
+// Standard output of a short-lived tool, or a null string when it could not run or failed.
+QString runTool(const QString& program, const QStringList& arguments, QString* error = nullptr)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForStarted(toolTimeoutMs)) {
+        if (error)
+            *error = QStringLiteral("%1 could not be started").arg(program);
+        return QString();
+    }
+    process.closeWriteChannel();
+    if (!process.waitForFinished(toolTimeoutMs)) {
+        process.kill();
+        process.waitForFinished();
+        if (error)
+            *error = QStringLiteral("%1 did not finish").arg(program);
+        return QString();
+    }
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
+        if (error)
+            *error = QString::fromLocal8Bit(process.readAllStandardError()).trimmed();
+        return QString();
+    }
+    const QString output = QString::fromLocal8Bit(process.readAllStandardOutput());
+    return output.isNull() ? QStringLiteral("") : output;
+}
+
+bool startsWith(const QString& path, const QByteArray& magic)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.read(magic.size()) == magic;
+}
+} // namespace
+
+UpdateRunner::UpdateRunner(Options options)
+    : m_options(std::move(options))
+{}
+
+UpdateRunner::Outcome UpdateRunner::run()
+{
+    const QFileInfo update(m_options.updateFile);
+    if (!update.isFile() || update.size() == 0 || !update.isReadable())
+        return refuse(Outcome::NoUpdate,
+                      QStringLiteral("There is no downloaded update to install (%1).")
+                          .arg(QDir::toNativeSeparators(update.absoluteFilePath())));
+    const QString path = update.absoluteFilePath();
+
+    PackageFields fields;
+    QString error;
+    if (!readPackageFields(path, fields, error)) {
+        if (startsWith(path, "MZ"))
+            return refuse(Outcome::NotInstallable,
+                          QStringLiteral("The downloaded update is a Windows installer; it cannot "
+                                         "be installed on this system."));
+        return refuse(Outcome::NotInstallable,
+                      QStringLiteral("The downloaded update is not a package this system can "
+                                     "install (%1).")
+                          .arg(error));
+    }
+    if (fields.name != clientPackage)
+        return refuse(Outcome::NotInstallable,
+                      QStringLiteral("The downloaded package \"%1\" is not the Tavero client; it "
+                                     "was not installed.")
+                          .arg(fields.name));
+    const QString machine = runTool(QStringLiteral("dpkg"), {"--print-architecture"}).trimmed();
+    if (fields.architecture != QLatin1String("all") && fields.architecture != machine)
+        return refuse(Outcome::NotInstallable,
+                      QStringLiteral("The downloaded package is built for %1, this machine is %2; "
+                                     "it was not installed.")
+                          .arg(fields.architecture, machine));
+
+    QStringList command = installerCommand();
+    if (command.isEmpty())
+        return refuse(Outcome::InstallFailed,
+                      QStringLiteral("Installing the update needs administrator rights and pkexec "
+                                     "is not available. Install it with: sudo apt-get install %1")
+                          .arg(path));
+    const QString program = command.takeFirst();
+    QProcess installer;
+    installer.setProcessChannelMode(QProcess::ForwardedChannels);
+    installer.start(program, command << path);
+    if (!installer.waitForStarted(toolTimeoutMs))
+        return refuse(Outcome::InstallFailed,
+                      QStringLiteral("The installer %1 could not be started.").arg(program));
+    if (!installer.waitForFinished(installerTimeoutMs)) {
+        installer.kill();
+        installer.waitForFinished();
+        return refuse(Outcome::InstallFailed, QStringLiteral("The installer did not finish."));
+    }
+    if (installer.exitStatus() != QProcess::NormalExit || installer.exitCode() != 0)
+        return refuse(Outcome::InstallFailed,
+                      QStringLiteral("Installing the update failed (the installer ended with %1).")
+                          .arg(installer.exitCode()));
+
+    QFile::remove(path);
+    m_message = QStringLiteral("Tavero %1 was installed.").arg(fields.version);
+    if (waitUntilTheClientExited()) {
+        const QString client = QDir(m_options.programDirectory).filePath(clientProgram);
+        m_restarted = QProcess::startDetached(client, {}, m_options.programDirectory);
+    }
+    if (!m_restarted)
+        m_message += QStringLiteral(" Start it again to use the new version.");
+    return Outcome::Installed;
+}
+
+UpdateRunner::Outcome UpdateRunner::refuse(Outcome outcome, const QString& message)
+{
+    m_message = message;
+    return outcome;
+}
+
+bool UpdateRunner::readPackageFields(const QString& path, PackageFields& fields,
+                                     QString& error) const
+{
+    const QString output = runTool(QStringLiteral("dpkg-deb"),
+                                   {"--field", path, "Package", "Architecture", "Version"}, &error);
+    if (output.isNull())
+        return false;
+    for (const QString& line : output.split(QLatin1Char('\n'))) {
+        const int colon = line.indexOf(QLatin1Char(':'));
+        if (colon < 0)
+            continue;
+        const QString name = line.left(colon).trimmed();
+        const QString value = line.mid(colon + 1).trimmed();
+        if (name == QLatin1String("Package"))
+            fields.name = value;
+        else if (name == QLatin1String("Architecture"))
+            fields.architecture = value;
+        else if (name == QLatin1String("Version"))
+            fields.version = value;
+    }
+    if (fields.name.isEmpty()) {
+        error = QStringLiteral("no package name");
+        return false;
+    }
+    return true;
+}
+
+QStringList UpdateRunner::installerCommand() const
+{
+    if (!m_options.installerCommand.isEmpty())
+        return m_options.installerCommand;
+    const QStringList aptInstall = {QStringLiteral("apt-get"), QStringLiteral("install"),
+                                    QStringLiteral("--yes")};
+    if (::geteuid() == 0)
+        return aptInstall;
+    const QString pkexec = QStandardPaths::findExecutable(QStringLiteral("pkexec"));
+    if (pkexec.isEmpty())
+        return {};
+    return QStringList{pkexec} + aptInstall;
+}
+
+bool UpdateRunner::waitUntilTheClientExited() const
+{
+    QElapsedTimer waited;
+    waited.start();
+    while (SingleInstanceMarker::check(m_options.instanceName)) {
+        if (waited.elapsed() >= m_options.waitForExitMs)
+            return false;
+        QThread::msleep(100);
+    }
+    return true;
+}
+
+} // namespace tavero

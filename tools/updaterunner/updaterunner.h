@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace tavero {
+
+// Installs an update the client downloaded. The client saves the installer as "update.exe" and
+// starts the runner; on Linux the file is expected to be a Debian package of the client.
+//
+// run(), in order:
+//  1. The update file must exist and hold data; otherwise NoUpdate.
+//  2. It must be a Debian package (checked with dpkg-deb) named "tavero" for this machine's
+//     architecture (or "all"); a Windows installer, anything else, or another package gives
+//     NotInstallable. Nothing is run in these cases and the file is left where it is.
+//  3. The installer command is run with the package's absolute path as its last argument; a
+//     failure to start or a non-zero exit gives InstallFailed (the file is kept for another try).
+//  4. Installed: the file is removed; the runner waits (at most waitForExitMs) until no copy of
+//     the client holds its single-instance marker, then starts "tavero" from the program
+//     directory, detached and without arguments.
+class UpdateRunner {
+public:
+    // Values are the runner's exit codes.
+    enum class Outcome {
+        Installed = 0,
+        NoUpdate = 2,
+        NotInstallable = 3,
+        InstallFailed = 4,
+    };
+
+    struct Options {
+        QString updateFile;       // absolute or relative to the current directory
+        QString programDirectory; // where "tavero" is started from after the installation
+        // Program and leading arguments; empty: apt-get install, through pkexec unless root.
+        QStringList installerCommand;
+        QString instanceName = QStringLiteral("tavero"); // the client's marker
+        int waitForExitMs = 30000;
+    };
+
+    explicit UpdateRunner(Options options);
+
+    Outcome run();
+    // One sentence for the user (and the system log) about the outcome.
+    const QString& message() const { return m_message; }
+    // Whether the client was started again.
+    bool restartedClient() const { return m_restarted; }
+
+private:
+    struct PackageFields {
+        QString name;
+        QString architecture;
+        QString version;
+    };
+
+    Outcome refuse(Outcome outcome, const QString& message);
+    bool readPackageFields(const QString& path, PackageFields& fields, QString& error) const;
+    QStringList installerCommand() const;
+    bool waitUntilTheClientExited() const;
+
+    Options m_options;
+    QString m_message;
+    bool m_restarted = false;
+};
+
+} // namespace tavero
