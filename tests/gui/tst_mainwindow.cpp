@@ -12,6 +12,7 @@
 #include <QAction>
 #include <QMenu>
 #include <QStackedWidget>
+#include <QTimer>
 
 using tavero::ConnectionChain;
 using tavero::test::ManagerFixture;
@@ -64,6 +65,10 @@ private slots:
     {
         m_window.reset();
         m_fixture.reset();
+        // An exit that went through asked the application to quit; until an exec() returns,
+        // every nested event loop of the next test would end at once.
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QCoreApplication::exec();
     }
 
     void startsDisconnectedWithoutMaximise()

@@ -124,7 +124,19 @@ private slots:
         QFile::remove(m_markerDir.filePath("fr.txt"));
     }
 
-    void cleanup() { m_service.reset(); }
+    void cleanup()
+    {
+        m_service.reset();
+        endQuitRequest();
+    }
+
+    // An exit that went through asked the application to quit; until an exec() returns, every
+    // event loop (the service client's waits among them) would end at once.
+    static void endQuitRequest()
+    {
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QCoreApplication::exec();
+    }
 
     void pageFlowFromSplashToExit()
     {
