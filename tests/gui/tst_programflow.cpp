@@ -12,11 +12,10 @@
 #include "gui/shell/mainwindow.h"
 #include "gui/shell/viewmanager.h"
 #include "manager/vpnmanager.h"
-#include "platform/platformoverrides.h"
+#include "support/clientstand.h"
 #include "support/devservice.h"
 #include "support/messageboxdriver.h"
 #include "support/testmain.h"
-#include "support/testplatform.h"
 
 #include <QAction>
 #include <QLineEdit>
@@ -27,12 +26,11 @@
 #include <QTimer>
 
 using tavero::ConnectionChain;
-using tavero::PlatformOverrides;
 using tavero::ProgramAssembly;
 using tavero::ServerApi;
+using tavero::test::ClientStand;
 using tavero::test::DevService;
 using tavero::test::MessageBoxDriver;
-using tavero::test::TestPlatform;
 
 namespace {
 
@@ -68,21 +66,11 @@ QString english(const char* context, const char* key)
 class TestProgramFlow : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_programDir;
     QTemporaryDir m_markerDir;
     std::unique_ptr<DevService> m_service;
-    int m_launch = 0;
+    std::unique_ptr<ClientStand> m_stand;
 
-    ProgramAssembly::Options options()
-    {
-        ProgramAssembly::Options options;
-        options.platform = std::make_unique<TestPlatform>();
-        options.chainOptions.openVpnDirectory = m_programDir.path();
-        options.launchName =
-            QString("tavero-flow-%1-%2").arg(QCoreApplication::applicationPid()).arg(++m_launch);
-        options.markerDirectory = m_markerDir.path();
-        return options;
-    }
+    ProgramAssembly::Options options() { return m_stand->options(m_markerDir.path()); }
 
     QString signIn()
     {
@@ -100,23 +88,16 @@ class TestProgramFlow : public QObject {
 private slots:
     void initTestCase()
     {
-        QVERIFY(QFile::link(qEnvironmentVariable("TAVERO_FAKE_OPENVPN"),
-                            m_programDir.path() + "/openvpn"));
         qApp->setProperty("APPLICATION_VERSION_INT", 12310);
         qApp->setProperty("AppBuildDate", "2021-01-20");
-        PlatformOverrides::setAdministrator(true);
-        PlatformOverrides::setRdpListening(false);
     }
 
     void init()
     {
         m_service = std::make_unique<DevService>();
-        QVERIFY2(m_service->isRunning(), qPrintable(m_service->errorText()));
-        m_service->exportEnvironment();
-        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "success");
-        qputenv(
-            "TAVERO_FAKE_OPENVPN_TUNNEL",
-            QString("%1:%2").arg(m_service->tunnelHost()).arg(m_service->tunnelPort()).toUtf8());
+        m_stand =
+            std::make_unique<ClientStand>(*m_service, qEnvironmentVariable("TAVERO_FAKE_OPENVPN"));
+        QVERIFY2(m_stand->isReady(), qPrintable(m_stand->errorText()));
         ServerApi::resetSharedCaches();
         ServerApi::setIsOpenVpnAllowed(true);
         ServerApi::setIsKillswitchAllowed(true);
@@ -126,6 +107,7 @@ private slots:
 
     void cleanup()
     {
+        m_stand.reset();
         m_service.reset();
         endQuitRequest();
     }

@@ -12,9 +12,8 @@
 #include "gui/shell/mainwindow.h"
 #include "gui/shell/viewmanager.h"
 #include "manager/vpnmanager.h"
-#include "platform/platformoverrides.h"
+#include "support/clientstand.h"
 #include "support/devservice.h"
-#include "support/testplatform.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -92,30 +91,18 @@ bool SessionDriver::run()
     if (!QDir().mkpath(m_out))
         return fail(QStringLiteral("cannot create %1").arg(m_out));
     test::DevService service;
-    if (!service.isRunning())
-        return fail(service.errorText());
-    service.exportEnvironment();
-    qputenv("TAVERO_FAKE_OPENVPN_TUNNEL",
-            QStringLiteral("%1:%2").arg(service.tunnelHost()).arg(service.tunnelPort()).toUtf8());
-    QTemporaryDir programDir;
-    if (!QFile::link(QStringLiteral(TAVERO_FAKE_OPENVPN_PATH), programDir.filePath("openvpn")))
-        return fail(QStringLiteral("cannot link the OpenVPN stand-in"));
-    PlatformOverrides::setAdministrator(true);
-    PlatformOverrides::setRdpListening(false);
+    QTemporaryDir markerDir;
+    test::ClientStand stand(service, QStringLiteral(TAVERO_FAKE_OPENVPN_PATH));
+    if (!stand.isReady())
+        return fail(stand.errorText());
     {
         Settings settings;
         settings.setSelectedLanguage(m_language);
     }
 
-    ProgramAssembly::Options options;
-    options.platform = std::make_unique<test::TestPlatform>();
-    options.chainOptions.openVpnDirectory = programDir.path();
-    options.launchName =
-        QStringLiteral("tavero-session-%1").arg(QCoreApplication::applicationPid());
-    options.markerDirectory = programDir.path();
-    ProgramAssembly assembly(std::move(options));
+    ProgramAssembly assembly(stand.options(markerDir.path()));
     // Not an administrator start: the update offer is left out of the session, and the warning
-    // box is the first picture after the login page.
+    // box, shown once the login page is up, is the first picture.
     bool assembled = false;
     whileModal([&] { assembled = assembly.assemble(false); }, QStringLiteral("warning"),
                [](QWidget* box) { static_cast<QDialog*>(box)->accept(); });
