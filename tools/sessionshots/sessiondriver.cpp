@@ -139,7 +139,8 @@ bool SessionDriver::run()
         return fail(QStringLiteral("not connected"));
     save(window, QStringLiteral("connected"));
 
-    views->goToServerSelection();
+    // As a user does: the change-server button remembers the server the tunnel runs on.
+    views->statusPage()->findChild<QPushButton*>("pushButtonChangeServer")->click();
     views->serverPage()->selectCountry(QStringLiteral("nl"));
     if (manager.connection().mode() != ConnectionChain::Connected)
         return fail(QStringLiteral("not connected after the server change"));
