@@ -2,8 +2,7 @@
 
 LogoutBroadcaster::LogoutBroadcaster(QObject* parent)
     : QObject(parent)
-{
-}
+{}
 
 void LogoutBroadcaster::emitLogout(const QString& text)
 {

@@ -10,10 +10,10 @@ struct OperationResult {
         NoInternet = 2, // no network was found before connecting
     };
 
-    OperationResult();                                     // success
-    explicit OperationResult(const QString& message);      // failure, even with an empty text
-    explicit OperationResult(Code code);                   // failure without text
-    OperationResult(const QString& message, Code code);    // failure
+    OperationResult();                                  // success
+    explicit OperationResult(const QString& message);   // failure, even with an empty text
+    explicit OperationResult(Code code);                // failure without text
+    OperationResult(const QString& message, Code code); // failure
 
     Code code = General;
     bool isSuccess = true;

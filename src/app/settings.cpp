@@ -52,42 +52,60 @@ void Settings::save()
     store.setValue(selectedLanguageKey, m_selectedLanguage);
 }
 
-QString Settings::serverName() { return m_serverName; }
+QString Settings::serverName()
+{
+    return m_serverName;
+}
 void Settings::setServerName(const QString& name)
 {
     m_serverName = name;
     save();
 }
 
-bool Settings::isAutoConnection() { return m_autoConnection; }
+bool Settings::isAutoConnection()
+{
+    return m_autoConnection;
+}
 void Settings::setAutoConnection(bool on)
 {
     m_autoConnection = on;
     save();
 }
 
-bool Settings::isAutoLocation() { return m_autoLocation; }
+bool Settings::isAutoLocation()
+{
+    return m_autoLocation;
+}
 void Settings::setAutoLocation(bool on)
 {
     m_autoLocation = on;
     save();
 }
 
-bool Settings::isKillSwitch() { return m_killSwitch; }
+bool Settings::isKillSwitch()
+{
+    return m_killSwitch;
+}
 void Settings::setKillSwitch(bool on)
 {
     m_killSwitch = on;
     save();
 }
 
-bool Settings::isFirstRun() { return m_firstRun; }
+bool Settings::isFirstRun()
+{
+    return m_firstRun;
+}
 void Settings::setIsFirstRun(bool firstRun)
 {
     m_firstRun = firstRun;
     save();
 }
 
-QFlags<ProtocolType> Settings::protocolTypes() { return m_protocolTypes; }
+QFlags<ProtocolType> Settings::protocolTypes()
+{
+    return m_protocolTypes;
+}
 void Settings::setProtocolTypes(QFlags<ProtocolType> types)
 {
     m_protocolTypes = types;
@@ -99,16 +117,25 @@ void Settings::setToken(const QString& token)
     m_token = token;
     save();
 }
-QString Settings::token() { return m_token; }
+QString Settings::token()
+{
+    return m_token;
+}
 
-QString Settings::getEmail() { return m_email; }
+QString Settings::getEmail()
+{
+    return m_email;
+}
 void Settings::setEmail(const QString& email)
 {
     m_email = email;
     save();
 }
 
-QString Settings::getSelectedLanguage() { return m_selectedLanguage; }
+QString Settings::getSelectedLanguage()
+{
+    return m_selectedLanguage;
+}
 void Settings::setSelectedLanguage(const QString& language)
 {
     m_selectedLanguage = language;

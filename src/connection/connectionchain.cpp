@@ -69,10 +69,10 @@ OperationResult ConnectionChain::connectNoBlock(const VpnServerInformation& serv
     if (m_currentIndex >= 0)
         disconnectNoBlock();
     if (!isThereInternet()) {
-        return OperationResult(QCoreApplication::translate(
-                                   "tavero::ConnectionChain",
-                                   "warning.connection_problems_check_internet_connection"),
-                               OperationResult::NoInternet);
+        return OperationResult(
+            QCoreApplication::translate("tavero::ConnectionChain",
+                                        "warning.connection_problems_check_internet_connection"),
+            OperationResult::NoInternet);
     }
     const OperationResult built = createChain();
     if (!built.isSuccess) {
@@ -94,9 +94,8 @@ OperationResult ConnectionChain::connectNoBlock(const VpnServerInformation& serv
 
 OperationResult ConnectionChain::forceConnect(const VpnServerInformation& server)
 {
-    const bool anySupports = std::any_of(m_chain.cbegin(), m_chain.cend(), [&](IConnection* c) {
-        return c->supports(server);
-    });
+    const bool anySupports = std::any_of(m_chain.cbegin(), m_chain.cend(),
+                                         [&](IConnection* c) { return c->supports(server); });
     if (!anySupports) {
         return OperationResult(QCoreApplication::translate(
             "QObject",
@@ -186,9 +185,9 @@ OperationResult ConnectionChain::createChain()
     // A non-administrator on a machine that accepts remote-desktop sessions gets IKEv2 only when
     // it is the sole choice: without administrator rights IKEv2 takes all traffic, remote access
     // included.
-    if (allowed.testFlag(IKEv2) && ServerApi::isIKEv2Allowed()
-        && (NativePlatform::isRunningAsAdministrator() || !NativePlatform::IsRdpListening()
-            || protocols::isSingleFlag(allowed))) {
+    if (allowed.testFlag(IKEv2) && ServerApi::isIKEv2Allowed() &&
+        (NativePlatform::isRunningAsAdministrator() || !NativePlatform::IsRdpListening() ||
+         protocols::isSingleFlag(allowed))) {
         m_chain << &m_ikev2;
     }
     if (allowed.testFlag(OvpnUdp) && ServerApi::isOpenVpnAllowed())

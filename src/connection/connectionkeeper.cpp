@@ -38,8 +38,8 @@ void ConnectionKeeper::timerTimeout()
         return;
     m_isChecking = true;
     const IpGettingResult ip = m_api.receiveIp();
-    if (!m_timer.isActive() || ip.status == RequestResult::InvalidResponse
-        || (ip.status == RequestResult::Ok && ip.isProtected)) {
+    if (!m_timer.isActive() || ip.status == RequestResult::InvalidResponse ||
+        (ip.status == RequestResult::Ok && ip.isProtected)) {
         // Stopped meanwhile, an unreadable answer (not a break), or the tunnel is fine.
         m_isChecking = false;
         return;

@@ -7,11 +7,16 @@ namespace tavero {
 
 IKEv2Connection::IKEv2Connection(IPlatform& platform)
     : m_platform(platform)
-{
-}
+{}
 
-QString IKEv2Connection::name() { return ConnectionChain::ProtocolNames.ikev2; }
-bool IKEv2Connection::supports(const VpnServerInformation& server) { return server.hasAccountData; }
+QString IKEv2Connection::name()
+{
+    return ConnectionChain::ProtocolNames.ikev2;
+}
+bool IKEv2Connection::supports(const VpnServerInformation& server)
+{
+    return server.hasAccountData;
+}
 OperationResult IKEv2Connection::connect(const VpnServerInformation& server)
 {
     // Without administrator rights the tunnel is dialled without the split default routes.
@@ -19,8 +24,14 @@ OperationResult IKEv2Connection::connect(const VpnServerInformation& server)
     return m_platform.connectIKEv2(server.host, server.vpnUsername, server.vpnPassword,
                                    withoutAdminRights);
 }
-OperationResult IKEv2Connection::disconnect() { return m_platform.disconnect(); }
+OperationResult IKEv2Connection::disconnect()
+{
+    return m_platform.disconnect();
+}
 // The platform's dial blocks for the whole dial, so IKEv2 always runs on a worker thread.
-bool IKEv2Connection::canAsyncConnect() { return true; }
+bool IKEv2Connection::canAsyncConnect()
+{
+    return true;
+}
 
 } // namespace tavero

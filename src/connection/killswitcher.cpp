@@ -1,8 +1,8 @@
 #include "connection/killswitcher.h"
 
 #include "api/iserverapi.h"
-#include "connection/eventwait.h"
 #include "app/isettings.h"
+#include "connection/eventwait.h"
 #include "platform/iplatform.h"
 
 #include <QDebug>
@@ -27,8 +27,7 @@ KillSwitcher::KillSwitcher(IServerApi& api, IPlatform& platform, ISettings& sett
     , m_platform(platform)
     , m_settings(settings)
     , m_clock(clock ? std::move(clock) : monotonicClock())
-{
-}
+{}
 
 KillSwitcher::~KillSwitcher()
 {

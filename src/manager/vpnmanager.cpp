@@ -39,8 +39,8 @@ LogoutBroadcaster& VpnManager::logoutBroadcaster()
 
 bool VpnManager::isConnected()
 {
-    return m_ipInformation.status == RequestResult::Ok && m_ipInformation.isProtected
-           && m_chain.mode() == ConnectionChain::Connected;
+    return m_ipInformation.status == RequestResult::Ok && m_ipInformation.isProtected &&
+           m_chain.mode() == ConnectionChain::Connected;
 }
 
 bool VpnManager::isProtected()

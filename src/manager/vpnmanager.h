@@ -12,7 +12,6 @@
 #include "platform/platforminjector.h"
 
 #include <QObject>
-
 #include <memory>
 
 class IServerApi;

@@ -10,9 +10,9 @@ namespace {
 
 // The available server with the lowest load among those `accept` lets through, scanning in
 // ascending country id and list order; the first of equal loads wins. Null when none.
-const VpnServerInformation* lowestLoad(
-    const ServerListGettingResult& list,
-    const std::function<bool(const VpnServerInformation&)>& accept)
+const VpnServerInformation*
+lowestLoad(const ServerListGettingResult& list,
+           const std::function<bool(const VpnServerInformation&)>& accept)
 {
     const VpnServerInformation* best = nullptr;
     for (const QVector<VpnServerInformation>& servers : list.serversByCountry) {
@@ -29,8 +29,7 @@ const VpnServerInformation* lowestLoad(
 VpnServerSelector::VpnServerSelector(IServerApi& api, ISettings& settings)
     : m_api(api)
     , m_settings(settings)
-{
-}
+{}
 
 void VpnServerSelector::clear()
 {
@@ -62,8 +61,7 @@ OperationResult VpnServerSelector::toOperationResult(const ServerListGettingResu
     case RequestResult::Ok:
         return OperationResult();
     case RequestResult::NoInternet:
-        return OperationResult(
-            tr("warning.connection_problems_check_internet_connection"));
+        return OperationResult(tr("warning.connection_problems_check_internet_connection"));
     default:
         return OperationResult(tr("warning.failed_get_information_about_vpn_servers"));
     }
@@ -78,7 +76,8 @@ void VpnServerSelector::tryFindCurrServer(bool useSavedServer)
 {
     const QString saved = m_settings.serverName();
     if (useSavedServer) {
-        if (lowestLoad(m_servers, [&saved](const VpnServerInformation& s) { return s.name == saved; }))
+        if (lowestLoad(m_servers,
+                       [&saved](const VpnServerInformation& s) { return s.name == saved; }))
             return;
     }
     const VpnServerInformation* best =

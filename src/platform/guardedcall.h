@@ -12,7 +12,8 @@ namespace tavero {
 // carrying `messageKey` translated in the "QObject" context. Mark the key at the call site with
 // QT_TRANSLATE_NOOP("QObject", ...) so the catalogue tools see it.
 namespace detail {
-inline void logEscapedException(const char* operation, const char* what) noexcept {
+inline void logEscapedException(const char* operation, const char* what) noexcept
+{
     try {
         qWarning("%s failed: %s", operation, what ? what : "unknown exception");
     } catch (...) {
@@ -21,8 +22,8 @@ inline void logEscapedException(const char* operation, const char* what) noexcep
 } // namespace detail
 
 template <typename Worker>
-OperationResult guardedCall(const char* operation, const char* messageKey,
-                            Worker&& worker) noexcept {
+OperationResult guardedCall(const char* operation, const char* messageKey, Worker&& worker) noexcept
+{
     try {
         return worker();
     } catch (const std::exception& error) {

@@ -3,7 +3,6 @@
 #include "platform/loggerseverity.h"
 
 #include <QString>
-
 #include <functional>
 
 namespace tavero {

@@ -5,10 +5,12 @@
 namespace tavero {
 
 PlatformInjector::PlatformInjector()
-    : m_platform(std::make_unique<NativePlatform>()) {}
+    : m_platform(std::make_unique<NativePlatform>())
+{}
 
 PlatformInjector::PlatformInjector(std::unique_ptr<IPlatform> platform)
-    : m_platform(std::move(platform)) {
+    : m_platform(std::move(platform))
+{
     Q_ASSERT(m_platform);
 }
 

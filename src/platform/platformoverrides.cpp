@@ -20,13 +20,19 @@ int encode(std::optional<bool> answer)
 }
 } // namespace
 
-std::optional<bool> PlatformOverrides::administrator() { return read(g_administrator); }
+std::optional<bool> PlatformOverrides::administrator()
+{
+    return read(g_administrator);
+}
 void PlatformOverrides::setAdministrator(std::optional<bool> answer)
 {
     g_administrator = encode(answer);
 }
 
-std::optional<bool> PlatformOverrides::rdpListening() { return read(g_rdpListening); }
+std::optional<bool> PlatformOverrides::rdpListening()
+{
+    return read(g_rdpListening);
+}
 void PlatformOverrides::setRdpListening(std::optional<bool> answer)
 {
     g_rdpListening = encode(answer);

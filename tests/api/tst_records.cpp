@@ -16,9 +16,10 @@ class TestRecords : public QObject {
 private slots:
     void freshResultsAreNotSetAndNeverSucceed()
     {
-        const QVector<int> statuses{RequestResult().status,        LoginResult().status,
-                                    IpGettingResult().status,      AccountInfoGettingResult().status,
-                                    ServerListGettingResult().status, LastVersionGettingResult().status};
+        const QVector<int> statuses{
+            RequestResult().status,           LoginResult().status,
+            IpGettingResult().status,         AccountInfoGettingResult().status,
+            ServerListGettingResult().status, LastVersionGettingResult().status};
         for (const int status : statuses) {
             QCOMPARE(status, 5);
         }
@@ -73,10 +74,18 @@ private slots:
         QTest::addColumn<QString>("pub");
         QTest::addColumn<QString>("prv");
         QTest::addColumn<bool>("expected");
-        QTest::newRow("all") << "c" << "p" << "k" << true;
-        QTest::newRow("no ca") << "" << "p" << "k" << false;
-        QTest::newRow("no public key") << "c" << "" << "k" << false;
-        QTest::newRow("no private key") << "c" << "p" << "" << false;
+        QTest::newRow("all") << "c"
+                             << "p"
+                             << "k" << true;
+        QTest::newRow("no ca") << ""
+                               << "p"
+                               << "k" << false;
+        QTest::newRow("no public key") << "c"
+                                       << ""
+                                       << "k" << false;
+        QTest::newRow("no private key") << "c"
+                                        << "p"
+                                        << "" << false;
     }
     void vpnDataNeedsAllThreeCertificateTexts()
     {

@@ -29,7 +29,8 @@ struct ContextKeys {
 };
 
 // Every key the client translates, by context, as documented for the catalogues.
-const std::vector<ContextKeys>& documentedKeys() {
+const std::vector<ContextKeys>& documentedKeys()
+{
     // clang-format off
     static const std::vector<ContextKeys> table = {
         {"AboutProgrammWindowsWidget",
@@ -79,7 +80,8 @@ struct Entry {
     QString key;
 };
 
-QVector<Entry> documentedEntries() {
+QVector<Entry> documentedEntries()
+{
     QVector<Entry> entries;
     for (const ContextKeys& group : documentedKeys()) {
         for (const char* key : group.keys) {
@@ -89,19 +91,22 @@ QVector<Entry> documentedEntries() {
     return entries;
 }
 
-bool isUntranslated(const Entry& entry) {
+bool isUntranslated(const Entry& entry)
+{
     return entry.context == QLatin1String(kUntranslatedContext) &&
            entry.key == QLatin1String(kUntranslatedKey);
 }
 
 // A key proper (as opposed to a plain text such as "TAVERO" used as its own key).
-bool isKeyShaped(const QString& source) {
+bool isKeyShaped(const QString& source)
+{
     static const QRegularExpression shape(
         QStringLiteral("^(action|label|title|warning|body|message)\\."));
     return shape.match(source).hasMatch();
 }
 
-QStringList placeholders(const QString& text) {
+QStringList placeholders(const QString& text)
+{
     static const QRegularExpression mark(QStringLiteral("%\\d+"));
     QStringList found;
     auto it = mark.globalMatch(text);
@@ -112,19 +117,23 @@ QStringList placeholders(const QString& text) {
     return found;
 }
 
-QString describe(const Entry& entry) {
+QString describe(const Entry& entry)
+{
     return entry.context + QLatin1String(" / ") + entry.key;
 }
 
-QString translate(const QTranslator& translator, const Entry& entry) {
+QString translate(const QTranslator& translator, const Entry& entry)
+{
     return translator.translate(entry.context.toUtf8().constData(), entry.key.toUtf8().constData());
 }
 
-bool loadCatalogue(QTranslator& translator, const QString& name) {
+bool loadCatalogue(QTranslator& translator, const QString& name)
+{
     return translator.load(QStringLiteral(":/translations/") + name);
 }
 
-QString sourceCataloguePath(const QString& name) {
+QString sourceCataloguePath(const QString& name)
+{
     return qEnvironmentVariable("TAVERO_SOURCE_DIR") + QStringLiteral("/resources/translations/") +
            name + QStringLiteral(".ts");
 }
@@ -133,7 +142,8 @@ const QStringList kCatalogues = {QStringLiteral("eng"), QStringLiteral("fra"),
                                  QStringLiteral("ger"), QStringLiteral("rus"),
                                  QStringLiteral("spa")};
 
-void addCatalogueRows() {
+void addCatalogueRows()
+{
     QTest::addColumn<QString>("name");
     for (const QString& name : kCatalogues) {
         QTest::newRow(qPrintable(name)) << name;
@@ -163,7 +173,8 @@ private slots:
     void lreleaseFindsOnlyTheIntendedGap();
 };
 
-void TestCatalogues::everyDocumentedKeyIsTranslated() {
+void TestCatalogues::everyDocumentedKeyIsTranslated()
+{
     QFETCH(QString, name);
     QTranslator translator;
     QVERIFY2(loadCatalogue(translator, name), qPrintable(name));
@@ -189,7 +200,8 @@ void TestCatalogues::everyDocumentedKeyIsTranslated() {
     QCOMPARE(translator.translate(kUntranslatedContext, kUntranslatedKey), QString());
 }
 
-void TestCatalogues::englishTextsAsDocumented_data() {
+void TestCatalogues::englishTextsAsDocumented_data()
+{
     QTest::addColumn<QString>("context");
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("english");
@@ -261,7 +273,8 @@ void TestCatalogues::englishTextsAsDocumented_data() {
     row("StatusWidget", "label.select_the_desired_server:", QStringLiteral("Choose server:"));
 }
 
-void TestCatalogues::englishTextsAsDocumented() {
+void TestCatalogues::englishTextsAsDocumented()
+{
     QFETCH(QString, context);
     QFETCH(QString, key);
     QFETCH(QString, english);
@@ -270,7 +283,8 @@ void TestCatalogues::englishTextsAsDocumented() {
     QCOMPARE(translate(translator, {context, key}), english);
 }
 
-void TestCatalogues::administratorWarningKeepsItsThreeParagraphs() {
+void TestCatalogues::administratorWarningKeepsItsThreeParagraphs()
+{
     QTranslator translator;
     QVERIFY(loadCatalogue(translator, QStringLiteral("eng")));
     const QString text =
@@ -303,14 +317,16 @@ void TestCatalogues::administratorWarningKeepsItsThreeParagraphs() {
     }
 }
 
-void TestCatalogues::placeholdersSurviveTranslation_data() {
+void TestCatalogues::placeholdersSurviveTranslation_data()
+{
     QTest::addColumn<QString>("name");
     for (const QString& name : kCatalogues.mid(1)) {
         QTest::newRow(qPrintable(name)) << name;
     }
 }
 
-void TestCatalogues::placeholdersSurviveTranslation() {
+void TestCatalogues::placeholdersSurviveTranslation()
+{
     QFETCH(QString, name);
     QTranslator english;
     QTranslator translated;
@@ -332,7 +348,8 @@ void TestCatalogues::placeholdersSurviveTranslation() {
     QVERIFY(withPlaceholders >= 8);
 }
 
-void TestCatalogues::serverWordMarksTheAllServersHeader() {
+void TestCatalogues::serverWordMarksTheAllServersHeader()
+{
     // The server list indents a cell that contains the word for "servers": in every language the
     // "All servers" header must contain that word, or the header jumps left.
     QFETCH(QString, name);
@@ -344,7 +361,8 @@ void TestCatalogues::serverWordMarksTheAllServersHeader() {
     QVERIFY2(header.contains(word), qPrintable(header + QLatin1String(" / ") + word));
 }
 
-void TestCatalogues::translationsDifferFromEnglishUnlessReviewed_data() {
+void TestCatalogues::translationsDifferFromEnglishUnlessReviewed_data()
+{
     QTest::addColumn<QString>("name");
     QTest::addColumn<QStringList>("reviewed");
     // Entries whose translation rightly reads as the English does; a copied English text anywhere
@@ -368,7 +386,8 @@ void TestCatalogues::translationsDifferFromEnglishUnlessReviewed_data() {
                                         "QObject / action.no"};
 }
 
-void TestCatalogues::translationsDifferFromEnglishUnlessReviewed() {
+void TestCatalogues::translationsDifferFromEnglishUnlessReviewed()
+{
     QFETCH(QString, name);
     QFETCH(QStringList, reviewed);
     QTranslator english;
@@ -393,7 +412,8 @@ void TestCatalogues::translationsDifferFromEnglishUnlessReviewed() {
              qPrintable(QStringLiteral("reads as the English: ") + copied.join(", ")));
 }
 
-void TestCatalogues::sourceCatalogueHoldsExactlyTheDocumentedKeys_data() {
+void TestCatalogues::sourceCatalogueHoldsExactlyTheDocumentedKeys_data()
+{
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("language");
     QTest::newRow("eng") << QStringLiteral("eng") << QStringLiteral("en_US");
@@ -403,7 +423,8 @@ void TestCatalogues::sourceCatalogueHoldsExactlyTheDocumentedKeys_data() {
     QTest::newRow("spa") << QStringLiteral("spa") << QStringLiteral("es_ES");
 }
 
-void TestCatalogues::sourceCatalogueHoldsExactlyTheDocumentedKeys() {
+void TestCatalogues::sourceCatalogueHoldsExactlyTheDocumentedKeys()
+{
     QFETCH(QString, name);
     QFETCH(QString, language);
     QFile file(sourceCataloguePath(name));
@@ -463,7 +484,8 @@ void TestCatalogues::sourceCatalogueHoldsExactlyTheDocumentedKeys() {
     QCOMPARE(unfinished, QStringList{QStringLiteral("StatusWidget / label.ipaddress")});
 }
 
-void TestCatalogues::lreleaseFindsOnlyTheIntendedGap() {
+void TestCatalogues::lreleaseFindsOnlyTheIntendedGap()
+{
     QFETCH(QString, name);
     const QString lrelease = qEnvironmentVariable("TAVERO_LRELEASE");
     QVERIFY2(!lrelease.isEmpty(), "TAVERO_LRELEASE names the lrelease the build uses");

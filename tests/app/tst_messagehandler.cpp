@@ -4,7 +4,6 @@
 
 #include <QThread>
 #include <QVector>
-
 #include <utility>
 
 using tavero::LoggerSeverity;
@@ -17,8 +16,9 @@ private slots:
     void init()
     {
         m_entries.clear();
-        tavero::Logger::setSink(
-            [this](LoggerSeverity severity, const QString& text) { m_entries.append({severity, text}); });
+        tavero::Logger::setSink([this](LoggerSeverity severity, const QString& text) {
+            m_entries.append({severity, text});
+        });
         qInstallMessageHandler(tavero::messageHandler);
     }
     void cleanup()

@@ -3,7 +3,6 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-
 #include <unistd.h>
 
 // Starts the real program the way a user or the system would.
@@ -39,15 +38,15 @@ private slots:
 
         QTemporaryDir bin;
         QVERIFY(bin.isValid());
-        QFile::setPermissions(bin.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner
-                                              | QFile::ReadOther | QFile::ExeOther);
+        QFile::setPermissions(bin.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
+                                              QFile::ReadOther | QFile::ExeOther);
         // A stand-in for pkexec: it runs the command it is given (as the same unprivileged user).
         QFile fake(bin.path() + "/pkexec");
         QVERIFY(fake.open(QIODevice::WriteOnly));
         fake.write("#!/bin/sh\necho \"$@\" > \"$(dirname \"$0\")/pkexec-args\"\nexec \"$@\"\n");
         fake.close();
-        fake.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadOther
-                            | QFile::ExeOther);
+        fake.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
+                            QFile::ReadOther | QFile::ExeOther);
         QFile::setPermissions(bin.path(), QFile::permissions(bin.path()) | QFile::WriteOther);
 
         QProcess first;
@@ -89,8 +88,8 @@ private slots:
         env.insert("DISPLAY", ":987");
         env.insert("TAVERO_NO_ELEVATE", "1");
         tavero.setProcessEnvironment(env);
-        tavero.start(setpriv, {"--reuid=65534", "--regid=65534", "--clear-groups", "--inh-caps=-all",
-                               executable()});
+        tavero.start(setpriv, {"--reuid=65534", "--regid=65534", "--clear-groups",
+                               "--inh-caps=-all", executable()});
         QVERIFY(tavero.waitForStarted());
         QVERIFY2(!tavero.waitForFinished(1500), "the program ended instead of running on");
         tavero.terminate();

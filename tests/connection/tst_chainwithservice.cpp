@@ -9,7 +9,6 @@
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
-
 #include <memory>
 
 using tavero::ConnectionChain;

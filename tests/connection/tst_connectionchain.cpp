@@ -10,7 +10,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTranslator>
-
 #include <memory>
 
 using tavero::ConnectionChain;
@@ -137,12 +136,15 @@ private slots:
         const QStringList all{"IKEv2", "Open VPN UDP", "Open VPN TCP"};
         QTest::newRow("administrator") << 31 << true << false << all;
         QTest::newRow("administrator, remote desktop") << 31 << true << true << all;
-        QTest::newRow("IKEv2 + UDP + TCP") << int(IKEv2 | OvpnUdp | OvpnTcp) << true << false << all;
-        QTest::newRow("no rights, no remote desktop") << 31 << false << false << QStringList{"IKEv2"};
+        QTest::newRow("IKEv2 + UDP + TCP")
+            << int(IKEv2 | OvpnUdp | OvpnTcp) << true << false << all;
+        QTest::newRow("no rights, no remote desktop")
+            << 31 << false << false << QStringList{"IKEv2"};
         QTest::newRow("no rights, remote desktop") << 31 << false << true << QStringList{};
         QTest::newRow("no rights, remote desktop, IKEv2 alone")
             << int(IKEv2) << false << true << QStringList{"IKEv2"};
-        QTest::newRow("L2TP and PPTP add nothing") << int(L2tp | Pptp) << true << false << QStringList{};
+        QTest::newRow("L2TP and PPTP add nothing")
+            << int(L2tp | Pptp) << true << false << QStringList{};
         QTest::newRow("TCP alone") << int(OvpnTcp) << true << false << QStringList{"Open VPN TCP"};
     }
     void chainFollowsRightsAndRemoteDesktop()
@@ -176,9 +178,8 @@ private slots:
     void unprotectedProtocolIsDroppedForTheNext()
     {
         // IKEv2 comes up but the service still sees the real address; UDP then verifies.
-        m_api->onCall("receiveIp", [this] {
-            m_api->ipResult = ipAnswer(m_api->calls("receiveIp") > 1);
-        });
+        m_api->onCall("receiveIp",
+                      [this] { m_api->ipResult = ipAnswer(m_api->calls("receiveIp") > 1); });
         const OperationResult result = chain().connect(server("de-1"));
         QVERIFY2(result.isSuccess, qPrintable(result.message));
         QCOMPARE(chain().currProtocolName(), QString("Open VPN UDP"));
@@ -192,7 +193,8 @@ private slots:
         QTest::addColumn<QString>("message");
         QTest::newRow("all five fail") << 31 << "Failed to connect via any protocols";
         QTest::newRow("TCP and UDP fail")
-            << int(OvpnTcp | OvpnUdp) << "Unable to connect using protocol Open VPN TCP, Open VPN UDP";
+            << int(OvpnTcp | OvpnUdp)
+            << "Unable to connect using protocol Open VPN TCP, Open VPN UDP";
         QTest::newRow("only dial-up protocols")
             << int(L2tp | Pptp) << "No  specified protocols are supported by the selected server.";
         QTest::newRow("nothing allowed")

@@ -40,14 +40,14 @@ private slots:
         QTest::addColumn<int>("status");
         QTest::addColumn<bool>("isProtected");
         QTest::addColumn<int>("reason");
-        QTest::newRow("seen unprotected") << int(RequestResult::Ok) << false
-                                          << int(ConnectionKeeper::NotProtected);
+        QTest::newRow("seen unprotected")
+            << int(RequestResult::Ok) << false << int(ConnectionKeeper::NotProtected);
         QTest::newRow("no reply") << int(RequestResult::NoInternet) << false
                                   << int(ConnectionKeeper::NoNetwork);
-        QTest::newRow("server error") << int(RequestResult::ServerError) << false
-                                      << int(ConnectionKeeper::NotProtected);
-        QTest::newRow("failed but claims protected") << int(RequestResult::ServerError) << true
-                                                     << int(ConnectionKeeper::NotProtected);
+        QTest::newRow("server error")
+            << int(RequestResult::ServerError) << false << int(ConnectionKeeper::NotProtected);
+        QTest::newRow("failed but claims protected")
+            << int(RequestResult::ServerError) << true << int(ConnectionKeeper::NotProtected);
     }
     void badAnswerIsReportedOnceWithItsReason()
     {

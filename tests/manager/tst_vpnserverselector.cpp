@@ -4,7 +4,6 @@
 #include "support/testmain.h"
 
 #include <QSignalSpy>
-
 #include <memory>
 
 using tavero::Settings;
@@ -67,12 +66,12 @@ private slots:
         QTest::addColumn<bool>("success");
         QTest::addColumn<QString>("message");
         QTest::newRow("ok") << 0 << true << QString();
-        QTest::newRow("no internet") << 2 << false
-                                     << "warning.connection_problems_check_internet_connection";
-        QTest::newRow("server error") << 1 << false
-                                      << "warning.failed_get_information_about_vpn_servers";
-        QTest::newRow("unreadable") << 4 << false
-                                    << "warning.failed_get_information_about_vpn_servers";
+        QTest::newRow("no internet")
+            << 2 << false << "warning.connection_problems_check_internet_connection";
+        QTest::newRow("server error")
+            << 1 << false << "warning.failed_get_information_about_vpn_servers";
+        QTest::newRow("unreadable")
+            << 4 << false << "warning.failed_get_information_about_vpn_servers";
     }
     void fetchResultsMapToMessages()
     {
@@ -84,7 +83,8 @@ private slots:
         api().serverList.status = status;
         api().recommendedServerList.status = status;
         for (const OperationResult& result :
-             {selector.receiveServerListInfo(), selector.receiveRecommendedServerListInfo("1.2.3.4")}) {
+             {selector.receiveServerListInfo(),
+              selector.receiveRecommendedServerListInfo("1.2.3.4")}) {
             QCOMPARE(result.isSuccess, success);
             QCOMPARE(result.message, message);
         }

@@ -34,14 +34,16 @@ struct FakeNetwork {
     QStringList log;             // "off:ID", "on:ID" for every switch attempted
     int backendsMade = 0;
 
-    Connection* find(const QString& id) {
+    Connection* find(const QString& id)
+    {
         for (Connection& connection : connections) {
             if (connection.id == id)
                 return &connection;
         }
         return nullptr;
     }
-    QStringList onIds() const {
+    QStringList onIds() const
+    {
         QStringList ids;
         for (const Connection& connection : connections) {
             if (connection.on)
@@ -54,15 +56,18 @@ struct FakeNetwork {
 class FakeBackend : public NetworkSwitchBackend {
 public:
     explicit FakeBackend(std::shared_ptr<FakeNetwork> network)
-        : m_network(std::move(network)) {}
+        : m_network(std::move(network))
+    {}
     QString name() const override { return QStringLiteral("fake"); }
-    NetworkSwitchStatus open() override {
+    NetworkSwitchStatus open() override
+    {
         if (m_network->openError != 0)
             return NetworkSwitchStatus::failure(m_network->openError, QStringLiteral("refused"));
         return {};
     }
     void close() override {}
-    NetworkSwitchStatus listSwitchedOn(QVector<NetworkConnection>& connections) override {
+    NetworkSwitchStatus listSwitchedOn(QVector<NetworkConnection>& connections) override
+    {
         if (m_network->listError != 0)
             return NetworkSwitchStatus::failure(m_network->listError, QStringLiteral("list"));
         for (const FakeNetwork::Connection& connection : qAsConst(m_network->connections)) {
@@ -71,18 +76,21 @@ public:
         }
         return {};
     }
-    NetworkSwitchStatus stateOf(const QString& id, State& state) override {
+    NetworkSwitchStatus stateOf(const QString& id, State& state) override
+    {
         const FakeNetwork::Connection* connection = m_network->find(id);
         state = !connection ? State::Missing : connection->on ? State::On : State::Off;
         return {};
     }
-    NetworkSwitchStatus switchOff(const NetworkConnection& connection) override {
+    NetworkSwitchStatus switchOff(const NetworkConnection& connection) override
+    {
         return flip(connection.id, false);
     }
     NetworkSwitchStatus switchOn(const QString& id) override { return flip(id, true); }
 
 private:
-    NetworkSwitchStatus flip(const QString& id, bool on) {
+    NetworkSwitchStatus flip(const QString& id, bool on)
+    {
         m_network->log << (on ? QStringLiteral("on:") : QStringLiteral("off:")) + id;
         if (m_network->failingSwitches.contains(id))
             return NetworkSwitchStatus::failure(5, QStringLiteral("denied"));
@@ -92,13 +100,15 @@ private:
     std::shared_ptr<FakeNetwork> m_network;
 };
 
-std::shared_ptr<FakeNetwork> makeNetwork(const QVector<FakeNetwork::Connection>& connections) {
+std::shared_ptr<FakeNetwork> makeNetwork(const QVector<FakeNetwork::Connection>& connections)
+{
     auto network = std::make_shared<FakeNetwork>();
     network->connections = connections;
     return network;
 }
 
-LinuxPlatform::Options optionsFor(const std::shared_ptr<FakeNetwork>& network) {
+LinuxPlatform::Options optionsFor(const std::shared_ptr<FakeNetwork>& network)
+{
     LinuxPlatform::Options options;
     options.networkBackendFactory = [network] {
         ++network->backendsMade;
@@ -111,19 +121,22 @@ LinuxPlatform::Options optionsFor(const std::shared_ptr<FakeNetwork>& network) {
 class ThrowingPlatform : public LinuxPlatform {
 protected:
     OperationResult forceDisconnect() override { throw std::runtime_error("disconnect"); }
-    OperationResult forceConnectPptp(const QString&, const QString&, const QString&) override {
+    OperationResult forceConnectPptp(const QString&, const QString&, const QString&) override
+    {
         throw std::runtime_error("pptp");
     }
     OperationResult forceConnectL2tp(const QString&, const QString&, const QString&,
-                                     const QString&) override {
+                                     const QString&) override
+    {
         throw 42; // not even a std::exception
     }
-    OperationResult forceConnectIKEv2(const QString&, const QString&, const QString&,
-                                      bool) override {
+    OperationResult forceConnectIKEv2(const QString&, const QString&, const QString&, bool) override
+    {
         throw std::runtime_error("ikev2");
     }
     OperationResult forceTurnOffInternet() override { throw std::runtime_error("off"); }
-    OperationResult forceTurnOnInternet(bool& reenabled) override {
+    OperationResult forceTurnOnInternet(bool& reenabled) override
+    {
         reenabled = true; // set before the failure: must not leak out of turnOnNetDevices
         throw std::runtime_error("on");
     }
@@ -133,7 +146,8 @@ protected:
 class EnglishTexts : public QTranslator {
 public:
     QString translate(const char* context, const char* key, const char* = nullptr,
-                      int = -1) const override {
+                      int = -1) const override
+    {
         if (qstrcmp(context, "QObject") == 0 &&
             qstrcmp(key, "warning.could_not_connect_to_the_connection_manager_library") == 0)
             return QStringLiteral("Unable to connect to the 'Connection Manager' library (%1)");
@@ -142,12 +156,14 @@ public:
     bool isEmpty() const override { return false; }
 };
 
-QString readFile(const QString& path) {
+QString readFile(const QString& path)
+{
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-void writeFile(const QString& path, const QByteArray& content) {
+void writeFile(const QString& path, const QByteArray& content)
+{
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
@@ -163,7 +179,8 @@ const QByteArray tcpHeader =
 class TestLinuxPlatform : public QObject {
     Q_OBJECT
 private slots:
-    void cleanup() {
+    void cleanup()
+    {
         PlatformOverrides::setAdministrator(std::nullopt);
         PlatformOverrides::setRdpListening(std::nullopt);
         QDir(configHome() + QStringLiteral("/autostart")).removeRecursively();
@@ -171,7 +188,8 @@ private slots:
 
     // --- start entry -------------------------------------------------------------------------
 
-    void execValueQuotesAndEscapes_data() {
+    void execValueQuotesAndEscapes_data()
+    {
         QTest::addColumn<QString>("program");
         QTest::addColumn<QString>("exec");
         QTest::newRow("plain") << "/opt/tavero/tavero"
@@ -187,14 +205,16 @@ private slots:
         QTest::newRow("backtick and parenthesis") << "/opt/x`(y)/tavero"
                                                   << "\"/opt/x\\\\`(y)/tavero\"";
     }
-    void execValueQuotesAndEscapes() {
+    void execValueQuotesAndEscapes()
+    {
         QFETCH(QString, program);
         QFETCH(QString, exec);
         QCOMPARE(AutostartEntry::execValue(program), exec);
         QCOMPARE(AutostartEntry::programOf(exec), program);
     }
 
-    void programOfReadsTheFirstArgumentOnly_data() {
+    void programOfReadsTheFirstArgumentOnly_data()
+    {
         QTest::addColumn<QString>("exec");
         QTest::addColumn<QString>("program");
         QTest::newRow("with arguments") << "/usr/bin/tavero --hidden %U"
@@ -208,13 +228,15 @@ private slots:
         QTest::newRow("empty") << ""
                                << "";
     }
-    void programOfReadsTheFirstArgumentOnly() {
+    void programOfReadsTheFirstArgumentOnly()
+    {
         QFETCH(QString, exec);
         QFETCH(QString, program);
         QCOMPARE(AutostartEntry::programOf(exec), program);
     }
 
-    void runOnStartWritesAnEntryForThisProgram() {
+    void runOnStartWritesAnEntryForThisProgram()
+    {
         LinuxPlatform::Options options;
         options.programPath = QStringLiteral("/opt/Tavero VPN/tavero");
         LinuxPlatform platform(std::move(options));
@@ -242,7 +264,8 @@ private slots:
         QVERIFY(!platform.isRunOnStart());
     }
 
-    void runOnStartReadsOnlyTheDesktopEntryGroup_data() {
+    void runOnStartReadsOnlyTheDesktopEntryGroup_data()
+    {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<bool>("ours");
         QTest::newRow("ours with arguments")
@@ -257,7 +280,8 @@ private slots:
         QTest::newRow("no exec") << QByteArray("[Desktop Entry]\nName=TAVERO\n") << false;
         QTest::newRow("garbage") << QByteArray("\x01\x02 not an entry") << false;
     }
-    void runOnStartReadsOnlyTheDesktopEntryGroup() {
+    void runOnStartReadsOnlyTheDesktopEntryGroup()
+    {
         QFETCH(QByteArray, content);
         QFETCH(bool, ours);
         LinuxPlatform::Options options;
@@ -267,7 +291,8 @@ private slots:
         QCOMPARE(platform.isRunOnStart(), ours);
     }
 
-    void runOnStartFollowsLinks() {
+    void runOnStartFollowsLinks()
+    {
         QTemporaryDir directory;
         const QString program = directory.filePath(QStringLiteral("tavero"));
         const QString link = directory.filePath(QStringLiteral("tavero-link"));
@@ -280,7 +305,8 @@ private slots:
         QVERIFY(platform.isRunOnStart());
     }
 
-    void relativeConfigHomeIsIgnored() {
+    void relativeConfigHomeIsIgnored()
+    {
         const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
         qputenv("XDG_CONFIG_HOME", "relative/config");
         const QString path = LinuxPlatform().autostartFilePath();
@@ -288,7 +314,8 @@ private slots:
         QCOMPARE(path, QDir::homePath() + QStringLiteral("/.config/autostart/tavero.desktop"));
     }
 
-    void rootHandsTheEntryToTheUser() {
+    void rootHandsTheEntryToTheUser()
+    {
         if (::geteuid() != 0)
             QSKIP("only a root copy changes owners");
         QTemporaryDir userConfig;
@@ -310,7 +337,8 @@ private slots:
 
     // --- remote desktop ----------------------------------------------------------------------
 
-    void rdpListenerIsFoundInEitherTable_data() {
+    void rdpListenerIsFoundInEitherTable_data()
+    {
         QTest::addColumn<QByteArray>("tcp");
         QTest::addColumn<QByteArray>("tcp6");
         QTest::addColumn<bool>("listening");
@@ -337,7 +365,8 @@ private slots:
         QTest::newRow("headers only") << tcpHeader << tcpHeader << false;
         QTest::newRow("garbage") << QByteArray("0A 0D3D\n::::\n\x01\x02") << QByteArray() << false;
     }
-    void rdpListenerIsFoundInEitherTable() {
+    void rdpListenerIsFoundInEitherTable()
+    {
         QFETCH(QByteArray, tcp);
         QFETCH(QByteArray, tcp6);
         QFETCH(bool, listening);
@@ -349,7 +378,8 @@ private slots:
                  listening);
     }
 
-    void rdpTestSurvivesMissingTablesAndHonoursOverride() {
+    void rdpTestSurvivesMissingTablesAndHonoursOverride()
+    {
         QVERIFY(!LinuxPlatform::IsRdpListening({QStringLiteral("/nonexistent/tcp")}));
         QTemporaryDir directory;
         writeFile(directory.filePath(QStringLiteral("tcp")),
@@ -364,7 +394,8 @@ private slots:
 
     // --- dial-up -----------------------------------------------------------------------------
 
-    void dialUpFailsWithItsMessages() {
+    void dialUpFailsWithItsMessages()
+    {
         LinuxPlatform platform;
         QVERIFY(!platform.pptpSupports());
         QVERIFY(!platform.l2tpSupports());
@@ -380,7 +411,8 @@ private slots:
         QCOMPARE(l2tp.message, QStringLiteral("warning.cannot_open_l2tp_connection"));
     }
 
-    void ikev2RefusesRoutesWithoutRights_data() {
+    void ikev2RefusesRoutesWithoutRights_data()
+    {
         QTest::addColumn<bool>("administrator");
         QTest::addColumn<bool>("withoutAdminRights");
         QTest::addColumn<QString>("message");
@@ -391,7 +423,8 @@ private slots:
         QTest::newRow("no routes, no rights")
             << false << true << "warning.cannot_open_ikev2_connection";
     }
-    void ikev2RefusesRoutesWithoutRights() {
+    void ikev2RefusesRoutesWithoutRights()
+    {
         QFETCH(bool, administrator);
         QFETCH(bool, withoutAdminRights);
         QFETCH(QString, message);
@@ -402,7 +435,8 @@ private slots:
         QCOMPARE(result.message, message);
     }
 
-    void wrappersTurnEscapingExceptionsIntoTheirMessages() {
+    void wrappersTurnEscapingExceptionsIntoTheirMessages()
+    {
         PlatformOverrides::setAdministrator(true);
         ThrowingPlatform platform;
         const auto expectFailure = [](const OperationResult& result, const char* message) {
@@ -423,7 +457,8 @@ private slots:
 
     // --- network switch-off and switch-on ----------------------------------------------------
 
-    void switchOffRemembersEveryConnectionThatIsOn() {
+    void switchOffRemembersEveryConnectionThatIsOn()
+    {
         auto network = makeNetwork({{"eth0", true}, {"wlan0", false}, {"tun0", true}});
         LinuxPlatform platform(optionsFor(network));
         QVERIFY(!platform.haveDisabledNetDevicesByKillSwitch());
@@ -435,7 +470,8 @@ private slots:
         QCOMPARE(network->log, QStringList({"off:eth0", "off:tun0"}));
     }
 
-    void secondSwitchOffFailsAndKeepsTheList() {
+    void secondSwitchOffFailsAndKeepsTheList()
+    {
         auto network = makeNetwork({{"eth0", true}, {"wlan0", true}});
         LinuxPlatform platform(optionsFor(network));
         QVERIFY(platform.turnOffInternet().isSuccess);
@@ -446,7 +482,8 @@ private slots:
         QCOMPARE(network->log.size(), 2);
     }
 
-    void switchOnBringsBackExactlyTheRemembered() {
+    void switchOnBringsBackExactlyTheRemembered()
+    {
         auto network = makeNetwork({{"eth0", true}, {"wlan0", false}, {"tun0", true}});
         LinuxPlatform platform(optionsFor(network));
         QVERIFY(platform.turnOffInternet().isSuccess);
@@ -458,7 +495,8 @@ private slots:
         QCOMPARE(network->log, QStringList({"off:eth0", "off:tun0", "on:eth0", "on:tun0"}));
     }
 
-    void switchOnWithNothingRememberedFails() {
+    void switchOnWithNothingRememberedFails()
+    {
         auto network = makeNetwork({{"eth0", false}});
         LinuxPlatform platform(optionsFor(network));
         bool reenabled = true;
@@ -470,7 +508,8 @@ private slots:
         QVERIFY(!platform.turnOnNetDevices());
     }
 
-    void connectionsBackOrGoneMeanwhileAreLeftAloneAndForgotten_data() {
+    void connectionsBackOrGoneMeanwhileAreLeftAloneAndForgotten_data()
+    {
         QTest::addColumn<QStringList>("backByUser");
         QTest::addColumn<QStringList>("removed");
         QTest::addColumn<QStringList>("switchedOn");
@@ -478,7 +517,8 @@ private slots:
         QTest::newRow("one gone") << QStringList() << QStringList{"tun0"} << QStringList{"eth0"};
         QTest::newRow("all back") << QStringList{"eth0", "tun0"} << QStringList() << QStringList();
     }
-    void connectionsBackOrGoneMeanwhileAreLeftAloneAndForgotten() {
+    void connectionsBackOrGoneMeanwhileAreLeftAloneAndForgotten()
+    {
         QFETCH(QStringList, backByUser);
         QFETCH(QStringList, removed);
         QFETCH(QStringList, switchedOn);
@@ -506,7 +546,8 @@ private slots:
         QVERIFY2(!platform.haveDisabledNetDevicesByKillSwitch(), "the whole list is forgotten");
     }
 
-    void lastSwitchDecidesTheResult_data() {
+    void lastSwitchDecidesTheResult_data()
+    {
         QTest::addColumn<QStringList>("failing");
         QTest::addColumn<bool>("success");
         QTest::newRow("none fails") << QStringList() << true;
@@ -514,7 +555,8 @@ private slots:
         QTest::newRow("last fails") << QStringList{"tun0"} << false;
         QTest::newRow("all fail") << QStringList{"eth0", "tun0"} << false;
     }
-    void lastSwitchDecidesTheResult() {
+    void lastSwitchDecidesTheResult()
+    {
         QFETCH(QStringList, failing);
         QFETCH(bool, success);
         auto network = makeNetwork({{"eth0", true}, {"tun0", true}});
@@ -538,7 +580,8 @@ private slots:
         QCOMPARE(network->onIds(), QStringList({"eth0", "tun0"}));
     }
 
-    void failedListingFailsTheSwitchOff() {
+    void failedListingFailsTheSwitchOff()
+    {
         auto network = makeNetwork({{"eth0", true}});
         network->listError = -33;
         LinuxPlatform platform(optionsFor(network));
@@ -549,7 +592,8 @@ private slots:
         QVERIFY(!platform.haveDisabledNetDevicesByKillSwitch());
     }
 
-    void unreachableManagerIsReportedWithItsCode() {
+    void unreachableManagerIsReportedWithItsCode()
+    {
         EnglishTexts english;
         QCoreApplication::installTranslator(&english);
         auto network = makeNetwork({{"eth0", true}});
@@ -568,7 +612,8 @@ private slots:
         QVERIFY(network->connections.first().on);
     }
 
-    void backendIsChosenAfreshOnlyWithNothingRemembered() {
+    void backendIsChosenAfreshOnlyWithNothingRemembered()
+    {
         auto network = makeNetwork({{"eth0", true}});
         LinuxPlatform platform(optionsFor(network));
         QVERIFY(platform.turnOffInternet().isSuccess);
@@ -581,7 +626,8 @@ private slots:
         QCOMPARE(network->backendsMade, 2);
     }
 
-    void testsNeverSwitchTheHostNetwork() {
+    void testsNeverSwitchTheHostNetwork()
+    {
         // Every test runs with TAVERO_KEEP_NETWORK=1: a platform left to choose its own switch
         // must refuse instead of reaching this machine's interfaces.
         QCOMPARE(qgetenv("TAVERO_KEEP_NETWORK"), QByteArray("1"));
@@ -596,7 +642,8 @@ private slots:
 
     // --- adapters and injector ---------------------------------------------------------------
 
-    void adapterLookupFindsLoopbackAndNothingElse() {
+    void adapterLookupFindsLoopbackAndNothingElse()
+    {
         const tavero::AdapterInfo loopback = LinuxPlatform::getAdapterInfo(QStringLiteral("lo"));
         QCOMPARE(loopback.interfaceIndex, ::if_nametoindex("lo"));
         QCOMPARE(loopback.ipv6InterfaceIndex, loopback.interfaceIndex);
@@ -610,7 +657,8 @@ private slots:
         }
     }
 
-    void injectorOwnsOnePlatform() {
+    void injectorOwnsOnePlatform()
+    {
         const tavero::PlatformInjector native;
         QVERIFY(dynamic_cast<LinuxPlatform*>(&native.platform()) != nullptr);
 

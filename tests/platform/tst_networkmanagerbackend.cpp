@@ -36,30 +36,35 @@ public:
         QString activePath;
     };
 
-    void addProfile(const QString& uuid, const QString& type, uint activeState) {
+    void addProfile(const QString& uuid, const QString& type, uint activeState)
+    {
         const QMutexLocker locker(&m_mutex);
         Profile profile{uuid, QStringLiteral("name-") + uuid, type, activeState, QString()};
         if (activeState != 0)
             profile.activePath = nextActivePath();
         m_profiles.append(profile);
     }
-    void setActive(const QString& uuid, bool active) {
+    void setActive(const QString& uuid, bool active)
+    {
         const QMutexLocker locker(&m_mutex);
         Profile* profile = find(uuid);
         profile->activeState = active ? 2 : 0;
         profile->activePath = active ? nextActivePath() : QString();
     }
-    void removeProfile(const QString& uuid) {
+    void removeProfile(const QString& uuid)
+    {
         const QMutexLocker locker(&m_mutex);
         m_profiles.erase(std::remove_if(m_profiles.begin(), m_profiles.end(),
                                         [&](const Profile& p) { return p.uuid == uuid; }),
                          m_profiles.end());
     }
-    void refuseActivationOf(const QString& uuid) {
+    void refuseActivationOf(const QString& uuid)
+    {
         const QMutexLocker locker(&m_mutex);
         m_refused << uuid;
     }
-    QStringList active() const {
+    QStringList active() const
+    {
         const QMutexLocker locker(&m_mutex);
         QStringList uuids;
         for (const Profile& profile : m_profiles) {
@@ -69,29 +74,34 @@ public:
         return uuids;
     }
     // "Deactivate UUID" / "Activate UUID device specific" in the order received.
-    QStringList calls() const {
+    QStringList calls() const
+    {
         const QMutexLocker locker(&m_mutex);
         return m_calls;
     }
-    void clearCalls() {
+    void clearCalls()
+    {
         const QMutexLocker locker(&m_mutex);
         m_calls.clear();
     }
 
     QString introspect(const QString&) const override { return QString(); }
 
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+    {
         const QMutexLocker locker(&m_mutex);
         connection.send(answer(message));
         return true;
     }
 
 private:
-    static QString settingsPathOf(int index) {
+    static QString settingsPathOf(int index)
+    {
         return nmPath + QStringLiteral("/Settings/") + QString::number(index);
     }
     QString nextActivePath() { return nmPath + "/ActiveConnection/" + QString::number(++m_serial); }
-    Profile* find(const QString& uuid) {
+    Profile* find(const QString& uuid)
+    {
         for (Profile& profile : m_profiles) {
             if (profile.uuid == uuid)
                 return &profile;
@@ -99,7 +109,8 @@ private:
         return nullptr;
     }
 
-    QDBusMessage answer(const QDBusMessage& message) {
+    QDBusMessage answer(const QDBusMessage& message)
+    {
         const QString member = message.member();
         const QVariantList args = message.arguments();
         if (member == QLatin1String("Get") && message.path() == nmPath &&
@@ -184,7 +195,8 @@ private:
 class TestNetworkManagerBackend : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() {
+    void initTestCase()
+    {
         const QString daemon = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
         if (daemon.isEmpty())
             QSKIP("needs dbus-daemon for a private message bus");
@@ -197,7 +209,8 @@ private slots:
         m_serverContext.moveToThread(&m_serverThread);
     }
 
-    void cleanupTestCase() {
+    void cleanupTestCase()
+    {
         if (m_serverThread.isRunning()) {
             onServerThread(
                 [&] { m_serverContext.moveToThread(QCoreApplication::instance()->thread()); });
@@ -210,7 +223,8 @@ private slots:
         }
     }
 
-    void init() {
+    void init()
+    {
         // The stand-in lives, is registered and answers on its own thread, so the blocking calls
         // made by the code under test on this thread get their replies.
         bool registered = false;
@@ -228,7 +242,8 @@ private slots:
         QVERIFY(m_client->isConnected());
     }
 
-    void cleanup() {
+    void cleanup()
+    {
         m_client.reset();
         QDBusConnection::disconnectFromBus(QStringLiteral("client"));
         onServerThread([&] {
@@ -240,7 +255,8 @@ private slots:
         });
     }
 
-    void switchOffDeactivatesEverythingButLoopback() {
+    void switchOffDeactivatesEverythingButLoopback()
+    {
         m_fake->addProfile("lo-uuid", "loopback", 2);
         m_fake->addProfile("wired-uuid", "802-3-ethernet", 2);
         m_fake->addProfile("wifi-uuid", "802-11-wireless", 0);
@@ -259,7 +275,8 @@ private slots:
         QCOMPARE(second.message, QStringLiteral("warning.failed_to_turn_off_the_internet"));
     }
 
-    void switchOnActivatesOnlyWhatIsStillOff() {
+    void switchOnActivatesOnlyWhatIsStillOff()
+    {
         m_fake->addProfile("wired-uuid", "802-3-ethernet", 2);
         m_fake->addProfile("wifi-uuid", "802-11-wireless", 2);
         m_fake->addProfile("vpn-uuid", "vpn", 2);
@@ -279,7 +296,8 @@ private slots:
         QVERIFY(!m_fake->active().contains("spare-uuid"));
     }
 
-    void refusedActivationIsReported() {
+    void refusedActivationIsReported()
+    {
         m_fake->addProfile("wired-uuid", "802-3-ethernet", 2);
         m_fake->refuseActivationOf("wired-uuid");
         LinuxPlatform platform(options());
@@ -292,7 +310,8 @@ private slots:
         QVERIFY2(!platform.haveDisabledNetDevicesByKillSwitch(), "forgotten after the attempt");
     }
 
-    void absentNetworkManagerIsUnreachable() {
+    void absentNetworkManagerIsUnreachable()
+    {
         m_fake->addProfile("wired-uuid", "802-3-ethernet", 2);
         QVERIFY(NetworkManagerBackend::isRunning(*m_client));
         onServerThread([&] { m_server.unregisterService(nmService); });
@@ -308,11 +327,13 @@ private slots:
     }
 
 private:
-    void onServerThread(const std::function<void()>& work) {
+    void onServerThread(const std::function<void()>& work)
+    {
         QMetaObject::invokeMethod(&m_serverContext, work, Qt::BlockingQueuedConnection);
     }
 
-    LinuxPlatform::Options options() const {
+    LinuxPlatform::Options options() const
+    {
         LinuxPlatform::Options options;
         const QDBusConnection bus = *m_client;
         options.networkBackendFactory = [bus] {

@@ -15,7 +15,8 @@ using tavero::test::NetworkNamespace;
 namespace {
 
 // Interface name -> administratively up, from `ip -j link show`.
-QMap<QString, bool> linkStates(const QString& json) {
+QMap<QString, bool> linkStates(const QString& json)
+{
     QMap<QString, bool> states;
     const QJsonArray links = QJsonDocument::fromJson(json.toUtf8()).array();
     for (const QJsonValue& link : links) {
@@ -28,7 +29,8 @@ QMap<QString, bool> linkStates(const QString& json) {
 }
 
 // "destination via gateway dev device" for each route of `ip -j route show`.
-QStringList routes(const QString& json) {
+QStringList routes(const QString& json)
+{
     QStringList lines;
     const QJsonArray table = QJsonDocument::fromJson(json.toUtf8()).array();
     for (const QJsonValue& route : table) {
@@ -47,7 +49,8 @@ QStringList routes(const QString& json) {
 class TestNetworkSwitchNamespace : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() {
+    void initTestCase()
+    {
         const QString reason = NetworkNamespace::unavailableReason();
         if (!reason.isEmpty())
             QSKIP(qPrintable(reason));
@@ -75,7 +78,8 @@ private slots:
             QVERIFY2(m_namespace->ip(command), qPrintable(command.join(' ')));
     }
 
-    void cleanupTestCase() {
+    void cleanupTestCase()
+    {
         m_namespace.reset();
         if (m_hostLinks.isEmpty())
             return;
@@ -84,7 +88,8 @@ private slots:
         QCOMPARE(linkStates(hostLinks), m_hostLinks);
     }
 
-    void adapterLookupSeesTheNamespace() {
+    void adapterLookupSeesTheNamespace()
+    {
         tavero::AdapterInfo adapter;
         tavero::AdapterInfo hostOnly;
         QVERIFY(m_namespace->run([&] {
@@ -107,7 +112,8 @@ private slots:
             QCOMPARE(hostOnly.interfaceIndex, 0u);
     }
 
-    void switchOffAndOnActOnExactlyTheRememberedInterfaces() {
+    void switchOffAndOnActOnExactlyTheRememberedInterfaces()
+    {
         LinuxPlatform::Options options;
         options.networkBackendFactory = [] { return std::make_unique<InterfaceBackend>(); };
         LinuxPlatform platform(std::move(options));
@@ -156,7 +162,8 @@ private slots:
     }
 
 private:
-    QMap<QString, bool> links() const {
+    QMap<QString, bool> links() const
+    {
         QString json;
         if (!m_namespace->ip({"-j", "link", "show"}, &json))
             return {};

@@ -9,7 +9,8 @@ using tavero::test::TestPlatform;
 class TestTestPlatform : public QObject {
     Q_OBJECT
 private slots:
-    void recordsEveryCallInOrderWithItsArguments() {
+    void recordsEveryCallInOrderWithItsArguments()
+    {
         TestPlatform platform;
         platform.connectL2tp("h1", "u", "p", "k");
         platform.connectIKEv2("h2", "u2", "p2", true);
@@ -26,7 +27,8 @@ private slots:
         QVERIFY(platform.calls().isEmpty());
     }
 
-    void scriptedAnswersComeFirstThenTheDefaults() {
+    void scriptedAnswersComeFirstThenTheDefaults()
+    {
         TestPlatform platform;
         platform.queueResult("connectIKEv2", OperationResult(QStringLiteral("first")));
         platform.queueResult("connectIKEv2", OperationResult(QStringLiteral("second")));
@@ -43,7 +45,8 @@ private slots:
         QVERIFY(platform.isRunOnStart());
     }
 
-    void networkSwitchBehavesLikeAMachine() {
+    void networkSwitchBehavesLikeAMachine()
+    {
         TestPlatform platform;
         bool reenabled = true;
         const OperationResult nothingOff = platform.turnOnInternet(reenabled);
@@ -66,7 +69,8 @@ private slots:
         QVERIFY(!reenabled);
     }
 
-    void heldConnectWaitsOnItsWorkerUntilReleased() {
+    void heldConnectWaitsOnItsWorkerUntilReleased()
+    {
         TestPlatform platform;
         platform.holdConnects();
         platform.queueResult("connectIKEv2", OperationResult(QStringLiteral("late")));

@@ -1,6 +1,7 @@
 #include "gui/shell/fontsizetable.h"
 
-QMap<int, double> FontSizeTable::sizes() {
+QMap<int, double> FontSizeTable::sizes()
+{
     // Odd design sizes above 24 (25, 27, 28, ...) were never used by a layout and are absent.
     return {
         {8, 6},   {9, 7},   {10, 7.5}, {11, 8},    {12, 9},  {13, 10},   {14, 10.5},
@@ -10,12 +11,14 @@ QMap<int, double> FontSizeTable::sizes() {
     };
 }
 
-double FontSizeTable::rescaleSize(const QMap<int, double>& table, int size) {
+double FontSizeTable::rescaleSize(const QMap<int, double>& table, int size)
+{
     const double shown = table.value(size, 0.0);
     return shown > 0 ? shown : 1.0;
 }
 
-double FontSizeTable::rescaleSize(int size) {
+double FontSizeTable::rescaleSize(int size)
+{
     static const QMap<int, double> table = sizes();
     return rescaleSize(table, size);
 }

@@ -12,7 +12,8 @@ namespace {
 constexpr int semiboldWeight = 63;
 } // namespace
 
-void QtTools::paintWidget(QWidget* widget, QColor color) {
+void QtTools::paintWidget(QWidget* widget, QColor color)
+{
     if (!widget) {
         return;
     }
@@ -22,7 +23,8 @@ void QtTools::paintWidget(QWidget* widget, QColor color) {
     widget->setPalette(palette);
 }
 
-void QtTools::setLabelFontColor(QLabel* label, QColor color) {
+void QtTools::setLabelFontColor(QLabel* label, QColor color)
+{
     if (!label) {
         return;
     }
@@ -31,7 +33,8 @@ void QtTools::setLabelFontColor(QLabel* label, QColor color) {
     label->setPalette(palette);
 }
 
-void QtTools::setButtonTextPadding(QPushButton* button, int padding) {
+void QtTools::setButtonTextPadding(QPushButton* button, int padding)
+{
     if (!button) {
         return;
     }
@@ -39,11 +42,13 @@ void QtTools::setButtonTextPadding(QPushButton* button, int padding) {
     button->setMinimumWidth(textWidth + 2 * padding);
 }
 
-void QtTools::setSemiboldFont(QFont& font) {
+void QtTools::setSemiboldFont(QFont& font)
+{
     font.setWeight(semiboldWeight);
 }
 
-void QtTools::setSemiboldFont(QWidget* widget) {
+void QtTools::setSemiboldFont(QWidget* widget)
+{
     if (!widget) {
         return;
     }
@@ -52,7 +57,8 @@ void QtTools::setSemiboldFont(QWidget* widget) {
     widget->setFont(font);
 }
 
-void QtTools::setBoldFont(QWidget* widget, bool bold) {
+void QtTools::setBoldFont(QWidget* widget, bool bold)
+{
     if (!widget) {
         return;
     }

@@ -13,13 +13,15 @@ namespace {
 constexpr char groupHeader[] = "[Desktop Entry]";
 
 // Characters that force an argument into double quotes.
-bool isReserved(QChar c) {
+bool isReserved(QChar c)
+{
     static const QString reserved = QStringLiteral(" \t\n\"'\\><~|&;$*?#()`");
     return reserved.contains(c);
 }
 
 // The "string" value escapes of the format, applied to the whole value.
-QString escapeValue(const QString& text) {
+QString escapeValue(const QString& text)
+{
     QString out;
     for (const QChar c : text) {
         if (c == QLatin1Char('\\'))
@@ -38,7 +40,8 @@ QString escapeValue(const QString& text) {
     return out;
 }
 
-QString unescapeValue(const QString& text) {
+QString unescapeValue(const QString& text)
+{
     QString out;
     for (int i = 0; i < text.size(); ++i) {
         const QChar c = text.at(i);
@@ -68,7 +71,8 @@ QString unescapeValue(const QString& text) {
 }
 
 // The value of Exec in the [Desktop Entry] group; a null string when there is none.
-QString readExec(const QString& filePath) {
+QString readExec(const QString& filePath)
+{
     QFile file(filePath);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return QString();
@@ -93,9 +97,11 @@ QString readExec(const QString& filePath) {
 } // namespace
 
 AutostartEntry::AutostartEntry(QString filePath)
-    : m_filePath(std::move(filePath)) {}
+    : m_filePath(std::move(filePath))
+{}
 
-bool AutostartEntry::pointsAt(const QString& program) const {
+bool AutostartEntry::pointsAt(const QString& program) const
+{
     const QString exec = readExec(m_filePath);
     if (exec.isEmpty() || program.isEmpty())
         return false;
@@ -108,7 +114,8 @@ bool AutostartEntry::pointsAt(const QString& program) const {
     return !canonicalTarget.isEmpty() && canonicalTarget == QFileInfo(program).canonicalFilePath();
 }
 
-bool AutostartEntry::write(const QString& program) const {
+bool AutostartEntry::write(const QString& program) const
+{
     if (program.isEmpty() || !QDir().mkpath(QFileInfo(m_filePath).absolutePath()))
         return false;
     QSaveFile file(m_filePath);
@@ -127,11 +134,13 @@ bool AutostartEntry::write(const QString& program) const {
     return out.status() == QTextStream::Ok && file.commit();
 }
 
-bool AutostartEntry::remove() const {
+bool AutostartEntry::remove() const
+{
     return QFile::remove(m_filePath) || !QFileInfo::exists(m_filePath);
 }
 
-QString AutostartEntry::execValue(const QString& program) {
+QString AutostartEntry::execValue(const QString& program)
+{
     QString argument = program;
     argument.replace(QLatin1Char('%'), QLatin1String("%%"));
     if (std::any_of(argument.cbegin(), argument.cend(), isReserved)) {
@@ -147,7 +156,8 @@ QString AutostartEntry::execValue(const QString& program) {
     return escapeValue(argument);
 }
 
-QString AutostartEntry::programOf(const QString& execValue) {
+QString AutostartEntry::programOf(const QString& execValue)
+{
     const QString command = unescapeValue(execValue);
     QString program;
     int i = 0;

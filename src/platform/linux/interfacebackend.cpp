@@ -30,7 +30,8 @@ using CachePtr = std::unique_ptr<nl_cache, CacheDeleter>;
 using RoutePtr = std::unique_ptr<rtnl_route, RouteDeleter>;
 
 // A route the kernel will not bring back by itself when the link comes up again.
-bool needsRestoring(rtnl_route* route, int interfaceIndex) {
+bool needsRestoring(rtnl_route* route, int interfaceIndex)
+{
     if (rtnl_route_get_table(route) != RT_TABLE_MAIN || rtnl_route_get_type(route) != RTN_UNICAST)
         return false;
     const uint8_t protocol = rtnl_route_get_protocol(route);
@@ -40,15 +41,18 @@ bool needsRestoring(rtnl_route* route, int interfaceIndex) {
            rtnl_route_nh_get_ifindex(rtnl_route_nexthop_n(route, 0)) == interfaceIndex;
 }
 
-NetworkSwitchStatus libnlFailure(int error, const QString& what) {
+NetworkSwitchStatus libnlFailure(int error, const QString& what)
+{
     return NetworkSwitchStatus::failure(error, what + QStringLiteral(": ") +
                                                    QString::fromUtf8(nl_geterror(error)));
 }
 
-bool isLoopback(rtnl_link* link) {
+bool isLoopback(rtnl_link* link)
+{
     return (rtnl_link_get_flags(link) & IFF_LOOPBACK) != 0;
 }
-bool isUp(rtnl_link* link) {
+bool isUp(rtnl_link* link)
+{
     return (rtnl_link_get_flags(link) & IFF_UP) != 0;
 }
 
@@ -59,17 +63,21 @@ struct InterfaceBackend::SavedRoutes {
 };
 
 InterfaceBackend::InterfaceBackend()
-    : m_savedRoutes(std::make_unique<SavedRoutes>()) {}
+    : m_savedRoutes(std::make_unique<SavedRoutes>())
+{}
 
-InterfaceBackend::~InterfaceBackend() {
+InterfaceBackend::~InterfaceBackend()
+{
     close();
 }
 
-QString InterfaceBackend::name() const {
+QString InterfaceBackend::name() const
+{
     return QStringLiteral("interfaces");
 }
 
-NetworkSwitchStatus InterfaceBackend::open() {
+NetworkSwitchStatus InterfaceBackend::open()
+{
     close();
     m_socket = nl_socket_alloc();
     if (m_socket == nullptr)
@@ -82,14 +90,16 @@ NetworkSwitchStatus InterfaceBackend::open() {
     return {};
 }
 
-void InterfaceBackend::close() {
+void InterfaceBackend::close()
+{
     if (m_socket != nullptr) {
         nl_socket_free(m_socket);
         m_socket = nullptr;
     }
 }
 
-NetworkSwitchStatus InterfaceBackend::listSwitchedOn(QVector<NetworkConnection>& connections) {
+NetworkSwitchStatus InterfaceBackend::listSwitchedOn(QVector<NetworkConnection>& connections)
+{
     if (m_socket == nullptr)
         return libnlFailure(-NLE_BAD_SOCK, QStringLiteral("interface list"));
     nl_cache* raw = nullptr;
@@ -108,7 +118,8 @@ NetworkSwitchStatus InterfaceBackend::listSwitchedOn(QVector<NetworkConnection>&
     return {};
 }
 
-NetworkSwitchStatus InterfaceBackend::stateOf(const QString& id, State& state) {
+NetworkSwitchStatus InterfaceBackend::stateOf(const QString& id, State& state)
+{
     if (m_socket == nullptr)
         return libnlFailure(-NLE_BAD_SOCK, id);
     rtnl_link* raw = nullptr;
@@ -124,20 +135,23 @@ NetworkSwitchStatus InterfaceBackend::stateOf(const QString& id, State& state) {
     return {};
 }
 
-NetworkSwitchStatus InterfaceBackend::switchOff(const NetworkConnection& connection) {
+NetworkSwitchStatus InterfaceBackend::switchOff(const NetworkConnection& connection)
+{
     if (m_socket != nullptr)
         saveRoutes(connection.id, connection.handle.toInt());
     return setUp(connection.id, false);
 }
 
-NetworkSwitchStatus InterfaceBackend::switchOn(const QString& id) {
+NetworkSwitchStatus InterfaceBackend::switchOn(const QString& id)
+{
     const NetworkSwitchStatus status = setUp(id, true);
     if (status.ok())
         restoreRoutes(id);
     return status;
 }
 
-void InterfaceBackend::saveRoutes(const QString& interfaceName, int interfaceIndex) {
+void InterfaceBackend::saveRoutes(const QString& interfaceName, int interfaceIndex)
+{
     nl_cache* raw = nullptr;
     const int error = rtnl_route_alloc_cache(m_socket, AF_UNSPEC, 0, &raw);
     if (error < 0) {
@@ -162,7 +176,8 @@ void InterfaceBackend::saveRoutes(const QString& interfaceName, int interfaceInd
     }
 }
 
-void InterfaceBackend::restoreRoutes(const QString& interfaceName) {
+void InterfaceBackend::restoreRoutes(const QString& interfaceName)
+{
     const auto found = m_savedRoutes->byInterface.find(interfaceName);
     if (found == m_savedRoutes->byInterface.end())
         return;
@@ -180,7 +195,8 @@ void InterfaceBackend::restoreRoutes(const QString& interfaceName) {
     m_savedRoutes->byInterface.erase(found);
 }
 
-NetworkSwitchStatus InterfaceBackend::setUp(const QString& interfaceName, bool up) {
+NetworkSwitchStatus InterfaceBackend::setUp(const QString& interfaceName, bool up)
+{
     if (m_socket == nullptr)
         return libnlFailure(-NLE_BAD_SOCK, interfaceName);
     rtnl_link* raw = nullptr;

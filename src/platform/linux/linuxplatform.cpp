@@ -38,7 +38,8 @@ constexpr char readyMarker[] = "TAVERO_ELEVATED_READY\n";
 constexpr int elevationAnswerLimitMs = 180000;
 constexpr int capNetAdmin = 12;
 
-bool hasNetAdminCapability() {
+bool hasNetAdminCapability()
+{
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly))
         return false;
@@ -53,7 +54,8 @@ bool hasNetAdminCapability() {
     return false;
 }
 
-QByteArray ownExecutable() {
+QByteArray ownExecutable()
+{
     char buffer[4096];
     const ssize_t length = ::readlink("/proc/self/exe", buffer, sizeof buffer - 1);
     return length > 0 ? QByteArray(buffer, int(length)) : QByteArray();
@@ -62,7 +64,8 @@ QByteArray ownExecutable() {
 // Variables the elevated copy must keep: the display, the user's configuration place (so the
 // settings stay the user's, as an elevated program keeps its user's settings on Windows) and our
 // own endpoint overrides.
-QList<QByteArray> keptEnvironment() {
+QList<QByteArray> keptEnvironment()
+{
     QList<QByteArray> kept;
     for (const char* name : {"DISPLAY", "XAUTHORITY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "HOME",
                              "XDG_CONFIG_HOME"}) {
@@ -80,7 +83,8 @@ QList<QByteArray> keptEnvironment() {
 
 // Waits for the elevated copy's marker on the pipe; false when pkexec ends first (declined or
 // failed) or the user does not answer in time.
-bool waitForElevatedCopy(pid_t child, int readEnd) {
+bool waitForElevatedCopy(pid_t child, int readEnd)
+{
     QByteArray received;
     int waitedMs = 0;
     while (waitedMs < elevationAnswerLimitMs) {
@@ -107,7 +111,8 @@ bool waitForElevatedCopy(pid_t child, int readEnd) {
     return false;
 }
 
-QString translated(const char* key) {
+QString translated(const char* key)
+{
     return QCoreApplication::translate("QObject", key);
 }
 
@@ -116,7 +121,8 @@ constexpr char tcpListenState[] = "0A";
 
 // One table in the /proc/net/tcp format: "sl local_address rem_address st ...", addresses as
 // hexadecimal "ADDRESS:PORT". The header line never matches the state test.
-bool tableHasRdpListener(const QByteArray& table) {
+bool tableHasRdpListener(const QByteArray& table)
+{
     const QList<QByteArray> lines = table.split('\n');
     for (const QByteArray& line : lines) {
         const QList<QByteArray> fields = line.simplified().split(' ');
@@ -133,7 +139,8 @@ bool tableHasRdpListener(const QByteArray& table) {
 
 // A root copy (started through pkexec) writing into the user's configuration hands what it made
 // back to the owner of that configuration, so the user can still change or remove it.
-void handToConfigurationOwner(const QString& autostartDirectory, const QString& filePath) {
+void handToConfigurationOwner(const QString& autostartDirectory, const QString& filePath)
+{
     if (::geteuid() != 0)
         return;
     struct stat owner {};
@@ -152,20 +159,24 @@ void handToConfigurationOwner(const QString& autostartDirectory, const QString& 
 } // namespace
 
 LinuxPlatform::LinuxPlatform()
-    : LinuxPlatform(Options{}) {}
+    : LinuxPlatform(Options{})
+{}
 
 LinuxPlatform::LinuxPlatform(Options options)
-    : m_options(std::move(options)) {}
+    : m_options(std::move(options))
+{}
 
 LinuxPlatform::~LinuxPlatform() = default;
 
-QString LinuxPlatform::programPath() const {
+QString LinuxPlatform::programPath() const
+{
     if (!m_options.programPath.isEmpty())
         return m_options.programPath;
     return QFile::decodeName(ownExecutable());
 }
 
-QString LinuxPlatform::autostartFilePath() const {
+QString LinuxPlatform::autostartFilePath() const
+{
     QString directory = m_options.autostartDirectory;
     if (directory.isEmpty()) {
         QString configHome = qEnvironmentVariable("XDG_CONFIG_HOME");
@@ -177,11 +188,13 @@ QString LinuxPlatform::autostartFilePath() const {
     return directory + QStringLiteral("/tavero.desktop");
 }
 
-bool LinuxPlatform::isRunOnStart() {
+bool LinuxPlatform::isRunOnStart()
+{
     return AutostartEntry(autostartFilePath()).pointsAt(programPath());
 }
 
-void LinuxPlatform::setRunOnStart(bool run) {
+void LinuxPlatform::setRunOnStart(bool run)
+{
     const AutostartEntry entry(autostartFilePath());
     if (!run) {
         if (!entry.remove())
@@ -197,20 +210,25 @@ void LinuxPlatform::setRunOnStart(bool run) {
 
 // Dial-up through NetworkManager's VPN plugins is not built yet: say so truthfully and fail every
 // dial with its usual message, so the chain moves on to OpenVPN.
-bool LinuxPlatform::pptpSupports() {
+bool LinuxPlatform::pptpSupports()
+{
     return false;
 }
-bool LinuxPlatform::l2tpSupports() {
+bool LinuxPlatform::l2tpSupports()
+{
     return false;
 }
-bool LinuxPlatform::isPptpAsync() {
+bool LinuxPlatform::isPptpAsync()
+{
     return true;
 }
-bool LinuxPlatform::isL2tpAsync() {
+bool LinuxPlatform::isL2tpAsync()
+{
     return true;
 }
 
-OperationResult LinuxPlatform::disconnect() {
+OperationResult LinuxPlatform::disconnect()
+{
     qDebug("LinuxPlatform::disconnect");
     return guardedCall("disconnect",
                        QT_TRANSLATE_NOOP("QObject", "warning.could_not_break_vpn_connection"),
@@ -218,14 +236,16 @@ OperationResult LinuxPlatform::disconnect() {
 }
 
 OperationResult LinuxPlatform::connectPptp(const QString& host, const QString& user,
-                                           const QString& password) {
+                                           const QString& password)
+{
     return guardedCall("connectPptp",
                        QT_TRANSLATE_NOOP("QObject", "warning.could_not_connect_using_pptp"),
                        [&] { return forceConnectPptp(host, user, password); });
 }
 
 OperationResult LinuxPlatform::connectL2tp(const QString& host, const QString& user,
-                                           const QString& password, const QString& preSharedKey) {
+                                           const QString& password, const QString& preSharedKey)
+{
     return guardedCall(
         "connectL2tp",
         QT_TRANSLATE_NOOP("QObject", "warning.unable_to_connect_using_L2TP_protocol"),
@@ -233,7 +253,8 @@ OperationResult LinuxPlatform::connectL2tp(const QString& host, const QString& u
 }
 
 OperationResult LinuxPlatform::connectIKEv2(const QString& host, const QString& user,
-                                            const QString& password, bool withoutAdminRights) {
+                                            const QString& password, bool withoutAdminRights)
+{
     static const char* const refusal =
         QT_TRANSLATE_NOOP("QObject", "warning.unable_to_connect_using_IKEv2_protocol");
     // Carrying all traffic needs routes, and routes need rights.
@@ -243,49 +264,56 @@ OperationResult LinuxPlatform::connectIKEv2(const QString& host, const QString& 
                        [&] { return forceConnectIKEv2(host, user, password, withoutAdminRights); });
 }
 
-OperationResult LinuxPlatform::forceDisconnect() {
+OperationResult LinuxPlatform::forceDisconnect()
+{
     qDebug("LinuxPlatform::forceDisconnect");
     return {}; // nothing is ever dialled here, so nothing is up
 }
 
-OperationResult LinuxPlatform::forceConnectPptp(const QString& host, const QString&,
-                                                const QString&) {
+OperationResult LinuxPlatform::forceConnectPptp(const QString& host, const QString&, const QString&)
+{
     qDebug() << "PPTP dial-up is not available on this system; host" << host;
     return OperationResult(
         translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_pptp_connection")));
 }
 
 OperationResult LinuxPlatform::forceConnectL2tp(const QString& host, const QString&, const QString&,
-                                                const QString&) {
+                                                const QString&)
+{
     qDebug() << "L2TP dial-up is not available on this system; host" << host;
     return OperationResult(
         translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_l2tp_connection")));
 }
 
 OperationResult LinuxPlatform::forceConnectIKEv2(const QString& host, const QString&,
-                                                 const QString&, bool) {
+                                                 const QString&, bool)
+{
     qDebug() << "IKEv2 dial-up is not available on this system; host" << host;
     return OperationResult(
         translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_ikev2_connection")));
 }
 
-OperationResult LinuxPlatform::turnOffInternet() {
+OperationResult LinuxPlatform::turnOffInternet()
+{
     return guardedCall("turnOffInternet",
                        QT_TRANSLATE_NOOP("QObject", "warning.internet_connection_failed"),
                        [this] { return forceTurnOffInternet(); });
 }
 
-OperationResult LinuxPlatform::turnOnInternet(bool& reenabled) {
+OperationResult LinuxPlatform::turnOnInternet(bool& reenabled)
+{
     return guardedCall("turnOnInternet",
                        QT_TRANSLATE_NOOP("QObject", "warning.internet_shutdown_failed"),
                        [&] { return forceTurnOnInternet(reenabled); });
 }
 
-bool LinuxPlatform::haveDisabledNetDevicesByKillSwitch() {
+bool LinuxPlatform::haveDisabledNetDevicesByKillSwitch()
+{
     return !m_remembered.isEmpty();
 }
 
-bool LinuxPlatform::turnOnNetDevices() {
+bool LinuxPlatform::turnOnNetDevices()
+{
     qDebug() << "container length: " << m_remembered.size();
     bool reenabled = false;
     bool returned = false;
@@ -298,16 +326,19 @@ bool LinuxPlatform::turnOnNetDevices() {
     return returned && reenabled;
 }
 
-OperationResult LinuxPlatform::forceTurnOffInternet() {
+OperationResult LinuxPlatform::forceTurnOffInternet()
+{
     bool reenabled = false;
     return enableOrDisableConnections(false, reenabled);
 }
 
-OperationResult LinuxPlatform::forceTurnOnInternet(bool& reenabled) {
+OperationResult LinuxPlatform::forceTurnOnInternet(bool& reenabled)
+{
     return enableOrDisableConnections(true, reenabled);
 }
 
-std::unique_ptr<NetworkSwitchBackend> LinuxPlatform::chooseNetworkSwitchBackend() {
+std::unique_ptr<NetworkSwitchBackend> LinuxPlatform::chooseNetworkSwitchBackend()
+{
     if (qEnvironmentVariableIntValue("TAVERO_KEEP_NETWORK") == 1) {
         qWarning("Network switching is turned off (TAVERO_KEEP_NETWORK=1)");
         return nullptr;
@@ -318,7 +349,8 @@ std::unique_ptr<NetworkSwitchBackend> LinuxPlatform::chooseNetworkSwitchBackend(
     return std::make_unique<InterfaceBackend>();
 }
 
-OperationResult LinuxPlatform::enableOrDisableConnections(bool enable, bool& reenabled) {
+OperationResult LinuxPlatform::enableOrDisableConnections(bool enable, bool& reenabled)
+{
     reenabled = false;
     // Remembered identifiers mean something only to the backend that made them; with nothing
     // remembered the choice is made afresh (NetworkManager may have started or stopped).
@@ -356,7 +388,8 @@ OperationResult LinuxPlatform::enableOrDisableConnections(bool enable, bool& ree
             : translated(QT_TRANSLATE_NOOP("QObject", "warning.failed_to_turn_off_the_internet")));
 }
 
-void LinuxPlatform::switchOffPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status) {
+void LinuxPlatform::switchOffPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status)
+{
     QVector<NetworkConnection> connections;
     const NetworkSwitchStatus listed = backend.listSwitchedOn(connections);
     if (!listed.ok())
@@ -374,7 +407,8 @@ void LinuxPlatform::switchOffPass(NetworkSwitchBackend& backend, NetworkSwitchSt
 }
 
 void LinuxPlatform::switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status,
-                                 bool& reenabled) {
+                                 bool& reenabled)
+{
     if (m_remembered.isEmpty())
         return;
     for (const QString& id : qAsConst(m_remembered)) {
@@ -397,13 +431,15 @@ void LinuxPlatform::switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchSta
     m_remembered.clear();
 }
 
-bool LinuxPlatform::IsRdpListening() {
+bool LinuxPlatform::IsRdpListening()
+{
     if (const auto forced = PlatformOverrides::rdpListening())
         return *forced;
     return IsRdpListening({QStringLiteral("/proc/net/tcp"), QStringLiteral("/proc/net/tcp6")});
 }
 
-bool LinuxPlatform::IsRdpListening(const QStringList& tcpTables) {
+bool LinuxPlatform::IsRdpListening(const QStringList& tcpTables)
+{
     for (const QString& path : tcpTables) {
         QFile table(path);
         if (!table.open(QIODevice::ReadOnly)) {
@@ -419,7 +455,8 @@ bool LinuxPlatform::IsRdpListening(const QStringList& tcpTables) {
     return false;
 }
 
-AdapterInfo LinuxPlatform::getAdapterInfo(const QString& friendlyName) {
+AdapterInfo LinuxPlatform::getAdapterInfo(const QString& friendlyName)
+{
     AdapterInfo result;
     ifaddrs* raw = nullptr;
     if (::getifaddrs(&raw) != 0) {
@@ -447,13 +484,15 @@ AdapterInfo LinuxPlatform::getAdapterInfo(const QString& friendlyName) {
     return result;
 }
 
-bool LinuxPlatform::isRunningAsAdministrator() {
+bool LinuxPlatform::isRunningAsAdministrator()
+{
     if (const auto forced = PlatformOverrides::administrator())
         return *forced;
     return ::geteuid() == 0 || hasNetAdminCapability();
 }
 
-bool LinuxPlatform::elevateToAdmin() {
+bool LinuxPlatform::elevateToAdmin()
+{
     if (qEnvironmentVariableIntValue("TAVERO_NO_ELEVATE") == 1)
         return false;
     if (qEnvironmentVariableIntValue(elevatedVariable) == 1)
@@ -492,7 +531,8 @@ bool LinuxPlatform::elevateToAdmin() {
     return started;
 }
 
-void LinuxPlatform::confirmElevatedStart() {
+void LinuxPlatform::confirmElevatedStart()
+{
     if (qEnvironmentVariableIntValue(elevatedVariable) != 1)
         return;
     std::fputs(readyMarker, stdout);

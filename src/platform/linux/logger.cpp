@@ -1,7 +1,6 @@
 #include "platform/logger.h"
 
 #include <QRecursiveMutex>
-
 #include <cstdio>
 #include <syslog.h>
 

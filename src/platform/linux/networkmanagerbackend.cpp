@@ -24,7 +24,8 @@ const QString unknownConnectionError =
 // NMActiveConnectionState: 1 activating, 2 activated, 3 deactivating, 4 deactivated.
 constexpr uint stateDeactivating = 3;
 
-NetworkSwitchStatus dbusFailure(const QDBusMessage& reply, const QString& what) {
+NetworkSwitchStatus dbusFailure(const QDBusMessage& reply, const QString& what)
+{
     const QDBusError error(reply);
     return NetworkSwitchStatus::failure(int(error.type()), what + QStringLiteral(": ") +
                                                                error.name() + QStringLiteral(" ") +
@@ -33,13 +34,15 @@ NetworkSwitchStatus dbusFailure(const QDBusMessage& reply, const QString& what) 
 
 // Values inside variants arrive as QDBusArgument unless QtDBus knows their type already.
 template <typename T>
-T fromVariant(const QVariant& value) {
+T fromVariant(const QVariant& value)
+{
     if (value.userType() == qMetaTypeId<QDBusArgument>())
         return qdbus_cast<T>(value.value<QDBusArgument>());
     return value.value<T>();
 }
 
-bool isSwitchedOn(uint state) {
+bool isSwitchedOn(uint state)
+{
     return state < stateDeactivating;
 }
 
@@ -47,20 +50,24 @@ bool isSwitchedOn(uint state) {
 
 NetworkManagerBackend::NetworkManagerBackend(const QDBusConnection& bus, int timeoutMs)
     : m_bus(bus)
-    , m_timeoutMs(timeoutMs) {}
+    , m_timeoutMs(timeoutMs)
+{}
 
-bool NetworkManagerBackend::isRunning(const QDBusConnection& bus) {
+bool NetworkManagerBackend::isRunning(const QDBusConnection& bus)
+{
     if (!bus.isConnected() || bus.interface() == nullptr)
         return false;
     const QDBusReply<bool> registered = bus.interface()->isServiceRegistered(service);
     return registered.isValid() && registered.value();
 }
 
-QString NetworkManagerBackend::name() const {
+QString NetworkManagerBackend::name() const
+{
     return QStringLiteral("NetworkManager");
 }
 
-NetworkSwitchStatus NetworkManagerBackend::open() {
+NetworkSwitchStatus NetworkManagerBackend::open()
+{
     if (!m_bus.isConnected()) {
         const QDBusError error = m_bus.lastError();
         return NetworkSwitchStatus::failure(error.isValid() ? int(error.type())
@@ -76,15 +83,16 @@ NetworkSwitchStatus NetworkManagerBackend::open() {
 void NetworkManagerBackend::close() {}
 
 QDBusMessage NetworkManagerBackend::call(const QString& path, const QString& interface,
-                                         const QString& method,
-                                         const QVariantList& arguments) const {
+                                         const QString& method, const QVariantList& arguments) const
+{
     QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
     message.setArguments(arguments);
     return m_bus.call(message, QDBus::Block, m_timeoutMs);
 }
 
 NetworkSwitchStatus
-NetworkManagerBackend::activeConnections(QVector<ActiveConnection>& connections) const {
+NetworkManagerBackend::activeConnections(QVector<ActiveConnection>& connections) const
+{
     const QDBusMessage reply = call(managerPath, propertiesInterface, QStringLiteral("Get"),
                                     {managerInterface, QStringLiteral("ActiveConnections")});
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
@@ -108,7 +116,8 @@ NetworkManagerBackend::activeConnections(QVector<ActiveConnection>& connections)
     return {};
 }
 
-NetworkSwitchStatus NetworkManagerBackend::listSwitchedOn(QVector<NetworkConnection>& connections) {
+NetworkSwitchStatus NetworkManagerBackend::listSwitchedOn(QVector<NetworkConnection>& connections)
+{
     QVector<ActiveConnection> active;
     const NetworkSwitchStatus status = activeConnections(active);
     if (!status.ok())
@@ -124,7 +133,8 @@ NetworkSwitchStatus NetworkManagerBackend::listSwitchedOn(QVector<NetworkConnect
     return {};
 }
 
-NetworkSwitchStatus NetworkManagerBackend::profilePath(const QString& uuid, QString& path) const {
+NetworkSwitchStatus NetworkManagerBackend::profilePath(const QString& uuid, QString& path) const
+{
     path.clear();
     const QDBusMessage reply =
         call(settingsPath, settingsInterface, QStringLiteral("GetConnectionByUuid"), {uuid});
@@ -136,7 +146,8 @@ NetworkSwitchStatus NetworkManagerBackend::profilePath(const QString& uuid, QStr
     return {};
 }
 
-NetworkSwitchStatus NetworkManagerBackend::stateOf(const QString& id, State& state) {
+NetworkSwitchStatus NetworkManagerBackend::stateOf(const QString& id, State& state)
+{
     QString path;
     NetworkSwitchStatus status = profilePath(id, path);
     if (!status.ok())
@@ -158,7 +169,8 @@ NetworkSwitchStatus NetworkManagerBackend::stateOf(const QString& id, State& sta
     return {};
 }
 
-NetworkSwitchStatus NetworkManagerBackend::switchOff(const NetworkConnection& connection) {
+NetworkSwitchStatus NetworkManagerBackend::switchOff(const NetworkConnection& connection)
+{
     const QDBusMessage reply =
         call(managerPath, managerInterface, QStringLiteral("DeactivateConnection"),
              {QVariant::fromValue(QDBusObjectPath(connection.handle))});
@@ -167,7 +179,8 @@ NetworkSwitchStatus NetworkManagerBackend::switchOff(const NetworkConnection& co
     return {};
 }
 
-NetworkSwitchStatus NetworkManagerBackend::switchOn(const QString& id) {
+NetworkSwitchStatus NetworkManagerBackend::switchOn(const QString& id)
+{
     QString path;
     const NetworkSwitchStatus status = profilePath(id, path);
     if (!status.ok())

@@ -19,7 +19,8 @@ struct NetworkSwitchStatus {
     QString detail;
 
     bool ok() const { return code == 0; }
-    static NetworkSwitchStatus failure(int code, const QString& detail) {
+    static NetworkSwitchStatus failure(int code, const QString& detail)
+    {
         return NetworkSwitchStatus{code == 0 ? -1 : code, detail};
     }
 };
