@@ -328,37 +328,48 @@ private slots:
         QCOMPARE(standIn.starts().size(), 1);
     }
 
-    void ipv6ErrorKeepsWaiting()
+    // One run of the stand-in per row: an empty message means the connect succeeds.
+    void singleRunOutcomes_data()
     {
+        QTest::addColumn<QString>("scenario");
+        QTest::addColumn<bool>("tcp");
+        QTest::addColumn<int>("connectLimit");
+        QTest::addColumn<int>("silenceLimit");
+        QTest::addColumn<QString>("message");
         // The IPv6 error comes several reads before the success marker.
-        StandIn standIn(QStringLiteral("ipv6-error:0.5"));
-        OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
-        const OperationResult result = connection.connectUdp(server());
-        QVERIFY2(result.isSuccess, qPrintable(result.message));
-        QCOMPARE(standIn.starts().size(), 1);
-    }
-
-    void talkingOpenVpnMayTakeLongerThanTheSilenceLimit()
-    {
+        QTest::newRow("ipv6 error keeps waiting")
+            << "ipv6-error:0.5" << false << 4000 << 3000 << "";
         // Prints its first lines at once and the marker only well after the silence limit.
-        StandIn standIn(QStringLiteral("slow-start:1.5"));
-        OvpnConnection::Limits limits = quickLimits();
-        limits.silenceLimit = 600ms;
-        OvpnConnection connection(*m_api, standIn.binDir(), limits);
-        const OperationResult result = connection.connectUdp(server());
-        QVERIFY2(result.isSuccess, qPrintable(result.message));
+        QTest::newRow("talking may outlast the silence limit")
+            << "slow-start:1.5" << false << 4000 << 600 << "";
+        QTest::newRow("reported error, no retry")
+            << "error" << true << 4000 << 3000
+            << "Unable to create Open VPN connection. Check premissions. The program must be open "
+               "as an administrator";
+        // Talks at once, but never reaches the marker.
+        QTest::newRow("run longer than the limit")
+            << "slow-start:60" << true << 600 << 3000 << "Connection timeout for Open VPN TCP";
     }
-
-    void reportedErrorFailsWithoutRetry()
+    void singleRunOutcomes()
     {
-        StandIn standIn(QStringLiteral("error"));
-        OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
-        const OperationResult result = connection.connectTcp(server());
-        QVERIFY(!result.isSuccess);
-        QCOMPARE(result.message, QStringLiteral("Unable to create Open VPN connection. Check "
-                                                "premissions. The program must be open as an "
-                                                "administrator"));
+        QFETCH(QString, scenario);
+        QFETCH(bool, tcp);
+        QFETCH(int, connectLimit);
+        QFETCH(int, silenceLimit);
+        QFETCH(QString, message);
+        StandIn standIn(scenario);
+        OvpnConnection::Limits limits = quickLimits();
+        limits.connectLimit = std::chrono::milliseconds(connectLimit);
+        limits.silenceLimit = std::chrono::milliseconds(silenceLimit);
+        OvpnConnection connection(*m_api, standIn.binDir(), limits);
+        const OperationResult result =
+            tcp ? connection.connectTcp(server()) : connection.connectUdp(server());
+        QCOMPARE(result.isSuccess, message.isEmpty());
+        if (!message.isEmpty())
+            QCOMPARE(result.message, message);
         QCOMPARE(standIn.starts().size(), 1);
+        if (message.startsWith(QLatin1String("Connection timeout")))
+            QVERIFY(!connection.process()); // the time-out disconnects
     }
 
     void exitingOpenVpnIsRestartedUntilTimeOut_data()
@@ -395,20 +406,6 @@ private slots:
         QVERIFY(!connection.process());        // the time-out disconnects
     }
 
-    void runLongerThanTheLimitTimesOut()
-    {
-        // Talks at once, but never reaches the marker.
-        StandIn standIn(QStringLiteral("slow-start:60"));
-        OvpnConnection::Limits limits = quickLimits();
-        limits.connectLimit = 600ms;
-        OvpnConnection connection(*m_api, standIn.binDir(), limits);
-        const OperationResult result = connection.connectTcp(server());
-        QVERIFY(!result.isSuccess);
-        QCOMPARE(result.message, QStringLiteral("Connection timeout for Open VPN TCP"));
-        QCOMPARE(standIn.starts().size(), 1);
-        QVERIFY(!connection.process());
-    }
-
     void unusableProgramIsReported_data()
     {
         QTest::addColumn<QString>("what");
@@ -443,37 +440,23 @@ private slots:
         QCOMPARE(connection.programPath(), QCoreApplication::applicationDirPath() + "/bin/openvpn");
     }
 
-    void disconnectWithNothingRunning()
+    void processEndsWithEachNewAttemptAndWithTheDriver()
     {
         StandIn standIn;
-        OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
-        QVERIFY(connection.disconnect().isSuccess);
-        QVERIFY(!connection.process());
-        QVERIFY(standIn.starts().isEmpty());
-    }
-
-    void newAttemptEndsThePreviousProcess()
-    {
-        StandIn standIn;
-        OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
-        QVERIFY(connection.connectUdp(server()).isSuccess);
-        const qint64 first = connection.process()->processId();
-        QVERIFY(connection.connectTcp(server()).isSuccess);
-        QVERIFY(!processAlive(first));
-        QVERIFY(processAlive(connection.process()->processId()));
-    }
-
-    void destructionEndsTheTunnel()
-    {
-        StandIn standIn;
-        qint64 pid = 0;
+        qint64 second = 0;
         {
             OvpnConnection connection(*m_api, standIn.binDir(), quickLimits());
+            QVERIFY(connection.disconnect().isSuccess); // with nothing running
+            QVERIFY(!connection.process());
+            QVERIFY(standIn.starts().isEmpty());
             QVERIFY(connection.connectUdp(server()).isSuccess);
-            pid = connection.process()->processId();
-            QVERIFY(processAlive(pid));
+            const qint64 first = connection.process()->processId();
+            QVERIFY(connection.connectTcp(server()).isSuccess);
+            QVERIFY(!processAlive(first));
+            second = connection.process()->processId();
+            QVERIFY(processAlive(second));
         }
-        QVERIFY(!processAlive(pid));
+        QVERIFY(!processAlive(second));
     }
 
     void hostileDataIsRefused_data()

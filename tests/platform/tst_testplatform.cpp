@@ -40,9 +40,6 @@ private slots:
         QVERIFY(!platform.pptpSupports());
         QVERIFY(platform.pptpSupports());
         QVERIFY(platform.l2tpSupports() && platform.isPptpAsync() && platform.isL2tpAsync());
-        QVERIFY(!platform.isRunOnStart());
-        platform.setRunOnStart(true);
-        QVERIFY(platform.isRunOnStart());
     }
 
     void networkSwitchBehavesLikeAMachine()
