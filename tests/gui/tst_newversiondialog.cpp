@@ -86,6 +86,21 @@ class TestNewVersionDialog : public QObject {
         poll->start(10);
     }
 
+    // Runs checkUpdate(args...) and fails if the dialog ever showed.
+    template <typename... Args>
+    void expectNoDialog(Args&&... args)
+    {
+        NewVersionDialog dialog(nullptr, m_programDirectory->path());
+        bool shown = false;
+        whenShown(dialog, [&] {
+            shown = true;
+            dialog.reject();
+        });
+        QVERIFY(!dialog.checkUpdate(std::forward<Args>(args)...));
+        QTest::qWait(30);
+        QVERIFY(!shown);
+    }
+
     static void click(NewVersionDialog& dialog, const char* button)
     {
         auto* target = dialog.findChild<QPushButton*>(button);
@@ -138,18 +153,8 @@ private slots:
         QFETCH(bool, newer);
         QCOMPARE(hasNewVersionForDevice(version(serviceVersion)), newer);
 
-        // Nothing newer: no dialog at all.
-        if (!newer) {
-            NewVersionDialog dialog(nullptr, m_programDirectory->path());
-            bool shown = false;
-            whenShown(dialog, [&] {
-                shown = true;
-                dialog.reject();
-            });
-            QVERIFY(!dialog.checkUpdate(version(serviceVersion, "log")));
-            QTest::qWait(30);
-            QVERIFY(!shown);
-        }
+        if (!newer)
+            expectNoDialog(version(serviceVersion, "log")); // nothing newer: no dialog at all
     }
 
     // Without a change log the dialog drops the "What's new?" frame and fits the two texts.
@@ -352,15 +357,7 @@ private slots:
     void failedVersionRequestIsSilent()
     {
         QVERIFY(m_service->failNext("/versions/windows/ru", 1, DevService::Failure::Garbage));
-        NewVersionDialog dialog(nullptr, m_programDirectory->path());
-        bool shown = false;
-        whenShown(dialog, [&] {
-            shown = true;
-            dialog.reject();
-        });
-        QVERIFY(!dialog.checkUpdate());
-        QTest::qWait(30);
-        QVERIFY(!shown);
+        expectNoDialog();
     }
 };
 

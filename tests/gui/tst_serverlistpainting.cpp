@@ -137,21 +137,6 @@ private slots:
         QCOMPARE(badge.center().y() - cell.top(), (40 - 1) / 2);
     }
 
-    void rowsAreFortyPixelsHigh()
-    {
-        ServesSelectionTreeWidget tree;
-        Provider provider;
-        tree.setItemDelegate(new VpnPointItemDelegate(&tree, &provider, &tree));
-        tree.setColumnCount(3);
-        for (int i = 0; i < 3; ++i)
-            new QTreeWidgetItem(&tree, 1);
-        tree.resize(300, 300);
-        tree.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&tree));
-        QCOMPARE(tree.visualItemRect(tree.topLevelItem(0)).height(), 40);
-        QCOMPARE(tree.visualItemRect(tree.topLevelItem(1)).top(), 40);
-    }
-
     void richTextIsRenderedNotShownAsMarkup()
     {
         ServesSelectionTreeWidget tree;
@@ -169,6 +154,7 @@ private slots:
         QVERIFY(countPixels(image, QColor(255, 0, 0), 60) > 10);
     }
 
+    // A line closes every 40-pixel row, child rows included.
     void separatorUnderEveryRow()
     {
         ServesSelectionTreeWidget tree;

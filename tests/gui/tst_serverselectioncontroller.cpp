@@ -56,25 +56,6 @@ ServerListGettingResult recommendedList()
 
 class TestServerSelectionController : public QObject {
     Q_OBJECT
-private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
-
-    void receiveServersFetchesBothLists();
-    void receiveServersUsesHeldListsWhileKillSwitchHoldsNetwork();
-    void undecodableFlagGivesNullImage();
-    void countryLoadings();
-    void countrySelectionPrefersRecommended();
-    void countrySelectionFallsBackToFullList();
-    void countryWithoutAvailableServerShowsBox_data();
-    void countryWithoutAvailableServerShowsBox();
-    void switchToNextServer_data();
-    void switchToNextServer();
-    void switchWithOnlyCurrentServerChangesNothing();
-    void multiserverCountry();
-
-private:
     tavero::VpnManager& manager() { return m_fixture->manager(); }
     tavero::VpnServerSelector& selector() { return manager().vpnServers(); }
 
@@ -82,189 +63,191 @@ private:
     std::unique_ptr<ManagerFixture> m_fixture;
     std::unique_ptr<FakeViewManager> m_view;
     std::unique_ptr<ServerSelectionController> m_controller;
-};
 
-void TestServerSelectionController::initTestCase()
-{
-    QVERIFY(m_english.load(QStringLiteral(":/translations/eng")));
-    QCoreApplication::installTranslator(&m_english);
-}
-
-void TestServerSelectionController::init()
-{
-    m_fixture = std::make_unique<ManagerFixture>();
-    m_fixture->answerReachable(fullMaker().list(), recommendedList());
-    m_fixture->api().flagPicture = flagBytes();
-    m_view = std::make_unique<FakeViewManager>();
-    m_controller = std::make_unique<ServerSelectionController>(manager(), *m_view);
-    QVERIFY(m_fixture->logIn());
-}
-
-void TestServerSelectionController::cleanup()
-{
-    m_controller.reset();
-    m_view.reset();
-    m_fixture.reset();
-}
-
-void TestServerSelectionController::receiveServersFetchesBothLists()
-{
-    const int full = m_fixture->api().calls(QStringLiteral("receiveServerList"));
-    const int recommended = m_fixture->api().calls(QStringLiteral("receiveRecommendedServerList"));
-    const ServersPresentationData data = m_controller->receiveServers();
-
-    QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), full + 1);
-    QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveRecommendedServerList")),
-             recommended + 1);
-    QCOMPARE(m_fixture->api().lastRecommendedIp, manager().ipAdress());
-
-    QCOMPARE(data.recommended.size(), 1);
-    QCOMPARE(data.recommended[0].country.code, QStringLiteral("de"));
-    QStringList names;
-    for (const CountryPresentationData& row : data.all) {
-        names << row.country.name;
-        QCOMPARE(row.flagImage.size(), QSize(4, 3));
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_english.load(QStringLiteral(":/translations/eng")));
+        QCoreApplication::installTranslator(&m_english);
     }
-    // Austria has no servers, so no row.
-    QCOMPARE(names, (QStringList{QStringLiteral("France"), QStringLiteral("Germany"),
-                                 QStringLiteral("Netherlands")}));
-    QStringList german;
-    for (const VpnServerInformation& server : data.all[1].servers)
-        german << server.name;
-    QCOMPARE(german, (QStringList{QStringLiteral("de-1"), QStringLiteral("de-2"),
-                                  QStringLiteral("de-3"), QStringLiteral("de-9")}));
-    // Small flags, one request per country of each list.
-    QCOMPARE(m_fixture->api().flagCalls(), 4);
-    QCOMPARE(m_fixture->api().lastFlagSize, FlagPictureSize::Small);
-}
 
-void TestServerSelectionController::receiveServersUsesHeldListsWhileKillSwitchHoldsNetwork()
-{
-    manager().settings().setKillSwitch(true);
-    manager().killSwitcher().stopInternet();
-    QVERIFY(manager().killSwitcher().isInternetOff());
-    // What the service would answer now must not be seen.
-    m_fixture->api().serverList = ServerListMaker().list(RequestResult::NoInternet);
-    m_fixture->api().recommendedServerList = ServerListMaker().list(RequestResult::NoInternet);
-    const int exchangesBefore = m_fixture->exchanges() - m_fixture->api().flagCalls();
+    void init()
+    {
+        m_fixture = std::make_unique<ManagerFixture>();
+        m_fixture->answerReachable(fullMaker().list(), recommendedList());
+        m_fixture->api().flagPicture = flagBytes();
+        m_view = std::make_unique<FakeViewManager>();
+        m_controller = std::make_unique<ServerSelectionController>(manager(), *m_view);
+        QVERIFY(m_fixture->logIn());
+    }
 
-    const ServersPresentationData data = m_controller->receiveServers();
-    QCOMPARE(m_fixture->exchanges() - m_fixture->api().flagCalls(), exchangesBefore);
-    QCOMPARE(data.all.size(), 3);
-    QCOMPARE(data.recommended.size(), 1);
-}
+    void cleanup()
+    {
+        m_controller.reset();
+        m_view.reset();
+        m_fixture.reset();
+    }
 
-void TestServerSelectionController::undecodableFlagGivesNullImage()
-{
-    m_fixture->api().flagPicture = QByteArrayLiteral("not a picture");
-    QVERIFY(m_controller->countryPixmapFromCode(QStringLiteral("de")).isNull());
-    m_fixture->api().flagPicture.clear();
-    QVERIFY(m_controller->countryPixmapFromCode(QStringLiteral("de")).isNull());
-    m_fixture->api().flagPicture = flagBytes();
-    QCOMPARE(m_controller->countryPixmapFromCode(QStringLiteral("de")).size(), QSize(4, 3));
-}
+    void receiveServersFetchesBothLists()
+    {
+        const int full = m_fixture->api().calls(QStringLiteral("receiveServerList"));
+        const int recommended =
+            m_fixture->api().calls(QStringLiteral("receiveRecommendedServerList"));
+        const ServersPresentationData data = m_controller->receiveServers();
 
-void TestServerSelectionController::countryLoadings()
-{
-    // A server listed under a country the list does not know is skipped.
-    m_fixture->api().serverList = fullMaker().server(99, QStringLiteral("xx-1"), 1).list();
-    const int fetches = m_fixture->api().calls(QStringLiteral("receiveServerList"));
-    const QMap<QString, QString> loadings = m_controller->getCountryLoadings();
-    QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), fetches + 1);
-    const QMap<QString, QString> expected{{QStringLiteral("de"), QStringLiteral("20%")},
-                                          {QStringLiteral("fr"), QStringLiteral("0%")}};
-    QCOMPARE(loadings, expected);
-}
+        QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), full + 1);
+        QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveRecommendedServerList")),
+                 recommended + 1);
+        QCOMPARE(m_fixture->api().lastRecommendedIp, manager().ipAdress());
 
-void TestServerSelectionController::countrySelectionPrefersRecommended()
-{
-    QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
-    m_controller->onCountrySelection(QStringLiteral("de"));
-    QCOMPARE(manager().settings().serverName(), QStringLiteral("de-3"));
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(m_view->calls(), QStringList{QStringLiteral("goToStatus(false)")});
-    QCOMPARE(m_view->fakeUtils().boxes().size(), 0);
-}
+        QCOMPARE(data.recommended.size(), 1);
+        QCOMPARE(data.recommended[0].country.code, QStringLiteral("de"));
+        QStringList names;
+        for (const CountryPresentationData& row : data.all) {
+            names << row.country.name;
+            QCOMPARE(row.flagImage.size(), QSize(4, 3));
+        }
+        // Austria has no servers, so no row.
+        QCOMPARE(names, (QStringList{QStringLiteral("France"), QStringLiteral("Germany"),
+                                     QStringLiteral("Netherlands")}));
+        QStringList german;
+        for (const VpnServerInformation& server : data.all[1].servers)
+            german << server.name;
+        QCOMPARE(german, (QStringList{QStringLiteral("de-1"), QStringLiteral("de-2"),
+                                      QStringLiteral("de-3"), QStringLiteral("de-9")}));
+        // Small flags, one request per country of each list.
+        QCOMPARE(m_fixture->api().flagCalls(), 4);
+        QCOMPARE(m_fixture->api().lastFlagSize, FlagPictureSize::Small);
+    }
 
-void TestServerSelectionController::countrySelectionFallsBackToFullList()
-{
-    m_controller->onCountrySelection(QStringLiteral("fr"));
-    QCOMPARE(manager().settings().serverName(), QStringLiteral("fr-1"));
-    QCOMPARE(m_view->currentPage(), QStringLiteral("goToStatus(false)"));
-}
+    void receiveServersUsesHeldListsWhileKillSwitchHoldsNetwork()
+    {
+        manager().settings().setKillSwitch(true);
+        manager().killSwitcher().stopInternet();
+        QVERIFY(manager().killSwitcher().isInternetOff());
+        // What the service would answer now must not be seen.
+        m_fixture->api().serverList = ServerListMaker().list(RequestResult::NoInternet);
+        m_fixture->api().recommendedServerList = ServerListMaker().list(RequestResult::NoInternet);
+        const int exchangesBefore = m_fixture->exchanges() - m_fixture->api().flagCalls();
 
-void TestServerSelectionController::countryWithoutAvailableServerShowsBox_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::newRow("nothing available") << QStringLiteral("nl");
-    QTest::newRow("no servers") << QStringLiteral("at");
-    QTest::newRow("unknown country") << QStringLiteral("zz");
-}
+        const ServersPresentationData data = m_controller->receiveServers();
+        QCOMPARE(m_fixture->exchanges() - m_fixture->api().flagCalls(), exchangesBefore);
+        QCOMPARE(data.all.size(), 3);
+        QCOMPARE(data.recommended.size(), 1);
+    }
 
-void TestServerSelectionController::countryWithoutAvailableServerShowsBox()
-{
-    QFETCH(QString, code);
-    const QString before = manager().settings().serverName();
-    QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
-    m_controller->onCountrySelection(code);
+    void undecodableFlagGivesNullImage()
+    {
+        m_fixture->api().flagPicture = QByteArrayLiteral("not a picture");
+        QVERIFY(m_controller->countryPixmapFromCode(QStringLiteral("de")).isNull());
+        m_fixture->api().flagPicture.clear();
+        QVERIFY(m_controller->countryPixmapFromCode(QStringLiteral("de")).isNull());
+        m_fixture->api().flagPicture = flagBytes();
+        QCOMPARE(m_controller->countryPixmapFromCode(QStringLiteral("de")).size(), QSize(4, 3));
+    }
 
-    QCOMPARE(m_view->fakeUtils().boxes().size(), 1);
-    const FakeViewManagerUtils::Box box = m_view->fakeUtils().boxes().first();
-    QCOMPARE(box.kind, FakeViewManagerUtils::Kind::Information);
-    QCOMPARE(box.title, QStringLiteral("Choose server"));
-    QCOMPARE(box.text,
-             QStringLiteral("No available servers in this country. Please select another one"));
-    QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    QCOMPARE(box.defaultButton, QMessageBox::NoButton);
-    QCOMPARE(manager().settings().serverName(), before);
-    QCOMPARE(changed.count(), 0);
-    QVERIFY(m_view->calls().isEmpty());
-}
+    void countryLoadings()
+    {
+        // A server listed under a country the list does not know is skipped.
+        m_fixture->api().serverList = fullMaker().server(99, QStringLiteral("xx-1"), 1).list();
+        const int fetches = m_fixture->api().calls(QStringLiteral("receiveServerList"));
+        const QMap<QString, QString> loadings = m_controller->getCountryLoadings();
+        QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), fetches + 1);
+        const QMap<QString, QString> expected{{QStringLiteral("de"), QStringLiteral("20%")},
+                                              {QStringLiteral("fr"), QStringLiteral("0%")}};
+        QCOMPARE(loadings, expected);
+    }
 
-void TestServerSelectionController::switchToNextServer_data()
-{
-    QTest::addColumn<QString>("current");
-    QTest::addColumn<QString>("next");
+    void countrySelectionPrefersRecommended()
+    {
+        QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
+        m_controller->onCountrySelection(QStringLiteral("de"));
+        QCOMPARE(manager().settings().serverName(), QStringLiteral("de-3"));
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(m_view->calls(), QStringList{QStringLiteral("goToStatus(false)")});
+        QCOMPARE(m_view->fakeUtils().boxes().size(), 0);
+    }
 
-    // Available servers in reply order: de-2, de-1, de-3 (de-9 is unavailable).
-    QTest::newRow("first to second") << QStringLiteral("de-2") << QStringLiteral("de-1");
-    QTest::newRow("second to third") << QStringLiteral("de-1") << QStringLiteral("de-3");
-    QTest::newRow("third wraps to first") << QStringLiteral("de-3") << QStringLiteral("de-2");
-}
+    void countrySelectionFallsBackToFullList()
+    {
+        m_controller->onCountrySelection(QStringLiteral("fr"));
+        QCOMPARE(manager().settings().serverName(), QStringLiteral("fr-1"));
+        QCOMPARE(m_view->currentPage(), QStringLiteral("goToStatus(false)"));
+    }
 
-void TestServerSelectionController::switchToNextServer()
-{
-    QFETCH(QString, current);
-    QFETCH(QString, next);
-    selector().setCurrServer(current);
-    m_controller->onSwitchToNextServer();
-    QCOMPARE(manager().settings().serverName(), next);
-    QVERIFY(m_view->calls().isEmpty());
-}
+    void countryWithoutAvailableServerShowsBox_data()
+    {
+        QTest::addColumn<QString>("code");
+        QTest::newRow("nothing available") << QStringLiteral("nl");
+        QTest::newRow("no servers") << QStringLiteral("at");
+        QTest::newRow("unknown country") << QStringLiteral("zz");
+    }
 
-void TestServerSelectionController::switchWithOnlyCurrentServerChangesNothing()
-{
-    selector().setCurrServer(QStringLiteral("fr-1"));
-    QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
-    QTest::ignoreMessage(QtDebugMsg,
-                         "Warning! Can't switch servers, the one\tpossible server is already set");
-    m_controller->onSwitchToNextServer();
-    QCOMPARE(manager().settings().serverName(), QStringLiteral("fr-1"));
-    QCOMPARE(changed.count(), 0);
-}
+    void countryWithoutAvailableServerShowsBox()
+    {
+        QFETCH(QString, code);
+        const QString before = manager().settings().serverName();
+        QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
+        m_controller->onCountrySelection(code);
 
-void TestServerSelectionController::multiserverCountry()
-{
-    selector().setCurrServer(QStringLiteral("de-1"));
-    QVERIFY(m_controller->isMultiserverCountry());
-    selector().setCurrServer(QStringLiteral("fr-1"));
-    QVERIFY(!m_controller->isMultiserverCountry());
+        QCOMPARE(m_view->fakeUtils().boxes().size(), 1);
+        const FakeViewManagerUtils::Box box = m_view->fakeUtils().boxes().first();
+        QCOMPARE(box.kind, FakeViewManagerUtils::Kind::Information);
+        QCOMPARE(box.title, QStringLiteral("Choose server"));
+        QCOMPARE(box.text,
+                 QStringLiteral("No available servers in this country. Please select another one"));
+        QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+        QCOMPARE(box.defaultButton, QMessageBox::NoButton);
+        QCOMPARE(manager().settings().serverName(), before);
+        QCOMPARE(changed.count(), 0);
+        QVERIFY(m_view->calls().isEmpty());
+    }
 
-    // Without a list to look at the answer is no.
-    selector().clear();
-    m_fixture->api().serverList = ServerListMaker().list(RequestResult::NoInternet);
-    QVERIFY(!m_controller->isMultiserverCountry());
-}
+    void switchToNextServer_data()
+    {
+        QTest::addColumn<QString>("current");
+        QTest::addColumn<QString>("next");
+
+        // Available servers in reply order: de-2, de-1, de-3 (de-9 is unavailable).
+        QTest::newRow("first to second") << QStringLiteral("de-2") << QStringLiteral("de-1");
+        QTest::newRow("second to third") << QStringLiteral("de-1") << QStringLiteral("de-3");
+        QTest::newRow("third wraps to first") << QStringLiteral("de-3") << QStringLiteral("de-2");
+    }
+
+    void switchToNextServer()
+    {
+        QFETCH(QString, current);
+        QFETCH(QString, next);
+        selector().setCurrServer(current);
+        m_controller->onSwitchToNextServer();
+        QCOMPARE(manager().settings().serverName(), next);
+        QVERIFY(m_view->calls().isEmpty());
+    }
+
+    void switchWithOnlyCurrentServerChangesNothing()
+    {
+        selector().setCurrServer(QStringLiteral("fr-1"));
+        QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
+        QTest::ignoreMessage(
+            QtDebugMsg, "Warning! Can't switch servers, the one\tpossible server is already set");
+        m_controller->onSwitchToNextServer();
+        QCOMPARE(manager().settings().serverName(), QStringLiteral("fr-1"));
+        QCOMPARE(changed.count(), 0);
+    }
+
+    void multiserverCountry()
+    {
+        selector().setCurrServer(QStringLiteral("de-1"));
+        QVERIFY(m_controller->isMultiserverCountry());
+        selector().setCurrServer(QStringLiteral("fr-1"));
+        QVERIFY(!m_controller->isMultiserverCountry());
+
+        // Without a list to look at the answer is no.
+        selector().clear();
+        m_fixture->api().serverList = ServerListMaker().list(RequestResult::NoInternet);
+        QVERIFY(!m_controller->isMultiserverCountry());
+    }
+};
 
 TAVERO_TEST_GUI_MAIN(TestServerSelectionController)
 #include "tst_serverselectioncontroller.moc"

