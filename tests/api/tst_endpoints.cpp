@@ -165,21 +165,18 @@ private slots:
 
     void permissionsAreProcessWideAndIndependent()
     {
-        QVERIFY(ServerApi::isKillswitchAllowed());
-        QVERIFY(ServerApi::isOpenVpnAllowed());
-        QVERIFY(ServerApi::isIKEv2Allowed());
-        ServerApi::setIsKillswitchAllowed(false);
-        ServerApi::setIsOpenVpnAllowed(false);
-        QVERIFY(!ServerApi::isKillswitchAllowed());
-        QVERIFY(!ServerApi::isOpenVpnAllowed());
-        QVERIFY(ServerApi::isIKEv2Allowed());
-        ServerApi::setIsIKEv2Allowed(false);
-        ServerApi::setIsOpenVpnAllowed(true);
-        QVERIFY(!ServerApi::isIKEv2Allowed());
-        QVERIFY(ServerApi::isOpenVpnAllowed());
-        QVERIFY(!ServerApi::isKillswitchAllowed());
-        ServerApi::setIsKillswitchAllowed(true);
-        ServerApi::setIsIKEv2Allowed(true);
+        const std::pair<void (*)(bool), bool (*)()> flags[] = {
+            {ServerApi::setIsKillswitchAllowed, ServerApi::isKillswitchAllowed},
+            {ServerApi::setIsOpenVpnAllowed, ServerApi::isOpenVpnAllowed},
+            {ServerApi::setIsIKEv2Allowed, ServerApi::isIKEv2Allowed}};
+        for (const auto& flag : flags)
+            QVERIFY(flag.second());
+        for (int off = 0; off < 3; ++off) {
+            flags[off].first(false);
+            for (int i = 0; i < 3; ++i)
+                QCOMPARE(flags[i].second(), i != off); // allowed until switched off, each alone
+            flags[off].first(true);
+        }
     }
 
     void unreachableServiceGivesNoInternetEverywhere()

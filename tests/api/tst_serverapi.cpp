@@ -448,19 +448,13 @@ private slots:
         QCOMPARE(list.countriesById.size(), 36);
         QCOMPARE(list.countriesByCode.size(), 36);
         QCOMPARE(serverCount(list), 96);
+        // Field by field reading is tst_replyparser's; here the seed and the account arrive.
         const VpnServerInformation* germany = findServer(list, "de-1");
         QVERIFY(germany);
-        QCOMPARE(germany->load, 37);
-        QVERIFY(germany->isRecommended);
-        QVERIFY(germany->hasOvpnConfig);
         QCOMPARE(germany->host, QString("de-1.vpn.tavero.example"));
-        QCOMPARE(list.countriesById.value(germany->countryId).code, QString("de"));
         QVERIFY(germany->hasAccountData);
         QCOMPARE(germany->vpnUsername, m_service->account(0).vpnUsername);
         QCOMPARE(germany->sharedKey, m_service->account(0).sharedKey);
-        const VpnServerInformation* withoutOvpn = findServer(list, "de-6");
-        QVERIFY(withoutOvpn);
-        QVERIFY(!withoutOvpn->hasOvpnConfig);
 
         QCOMPARE(requestsTo("/hotspots").first().value("target").toString(),
                  QString("/hotspots?scope=country,config"));
@@ -623,7 +617,7 @@ private slots:
 
     // --- IP, version, flags, probe ----------------------------------------------------------
 
-    void ipCheckSendsTheTokenAndLowerCasesTheCountry()
+    void ipCheckSendsTheToken()
     {
         auto api = makeApi();
         QVERIFY(logIn(*api));
@@ -634,14 +628,6 @@ private slots:
         QVERIFY(!home.isProtected);
         QCOMPARE(requestsTo("/json").first().value("authorization").toString(),
                  "Bearer " + api->token());
-
-        QVERIFY(
-            m_service->replyNext("/json", 1, 200, R"({"ip": "192.0.2.5", "country_code": "FR"})"));
-        const IpGettingResult unprotected = api->receiveIp();
-        QCOMPARE(unprotected.status, 0);
-        QVERIFY(!unprotected.isProtected);
-        QCOMPARE(unprotected.countryCode, QString("fr"));
-        QCOMPARE(unprotected.ip, QString("192.0.2.5"));
     }
 
     void ipCheckSeesAStandInTunnel()

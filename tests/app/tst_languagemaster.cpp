@@ -140,22 +140,6 @@ private slots:
         QCOMPARE(installedLanguage(), QString()); // the manager takes its translator along
     }
 
-    // The hand-over is read once: the next start goes by the stored choice again.
-    void handOverIsConsumedOnce()
-    {
-        writeFile(QStringLiteral("language.txt"), "fra");
-        Settings settings;
-        settings.setSelectedLanguage(QStringLiteral("ger"));
-        LanguageMaster first(settings, QLocale::English);
-        first.initStartupLanguage();
-        QCOMPARE(installedLanguage(), QString("fra"));
-
-        settings.setSelectedLanguage(QStringLiteral("rus"));
-        LanguageMaster second(settings, QLocale::English);
-        second.initStartupLanguage();
-        QCOMPARE(installedLanguage(), QString("rus"));
-    }
-
     void unreadableHandOverCountsAsMissing()
     {
         QVERIFY(QDir().mkdir(QStringLiteral("language.txt"))); // a directory cannot be read

@@ -27,13 +27,6 @@ private slots:
         tavero::Logger::setSink({});
     }
 
-    void severityValues()
-    {
-        QCOMPARE(int(LoggerSeverity::Warning), 0);
-        QCOMPARE(int(LoggerSeverity::Information), 1);
-        QCOMPARE(int(LoggerSeverity::Error), 2);
-    }
-
     void debugWritesNothing()
     {
         qDebug() << "connectNoBlock";

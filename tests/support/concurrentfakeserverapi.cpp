@@ -20,10 +20,4 @@ int ConcurrentFakeServerApi::flagCalls() const
     return m_flagCodes.size();
 }
 
-QStringList ConcurrentFakeServerApi::flagCodes() const
-{
-    const QMutexLocker locker(&m_flagMutex);
-    return m_flagCodes;
-}
-
 } // namespace tavero::test

@@ -14,7 +14,6 @@ public:
     QByteArray receiveFlagPicture(const QString& countryCode, FlagPictureSize size) override;
 
     int flagCalls() const;
-    QStringList flagCodes() const;
 
 private:
     mutable QMutex m_flagMutex;

@@ -116,41 +116,6 @@ bool DevService::isRunning() const
     return m_error.isEmpty() && m_process.state() == QProcess::Running;
 }
 
-QString DevService::readyValue(const char* key) const
-{
-    return m_ready.value(QLatin1String(key)).toString();
-}
-
-QString DevService::apiUrl() const
-{
-    return readyValue("api");
-}
-
-QString DevService::ipInfoUrl() const
-{
-    return readyValue("ipinfo");
-}
-
-QString DevService::probeUrl() const
-{
-    return readyValue("probe");
-}
-
-QString DevService::caFile() const
-{
-    return readyValue("ca");
-}
-
-QString DevService::controlUrl() const
-{
-    return readyValue("control");
-}
-
-QString DevService::stateDir() const
-{
-    return readyValue("state");
-}
-
 QString DevService::tunnelHost() const
 {
     return readyValue("tunnel").section(QLatin1Char(':'), 0, 0);
@@ -270,11 +235,6 @@ QJsonArray DevService::requests()
         .toArray();
 }
 
-bool DevService::resetCounters()
-{
-    return controlOk("POST", QStringLiteral("/counters/reset"), {});
-}
-
 bool DevService::dropTunnels()
 {
     return controlOk("POST", QStringLiteral("/tunnel/drop"), {});
@@ -288,22 +248,6 @@ QStringList DevService::openTunnels()
     for (const QJsonValue& tunnel : tunnels)
         hosts << tunnel.toObject().value(QStringLiteral("host")).toString();
     return hosts;
-}
-
-bool DevService::setHomeCountry(const QString& countryCode)
-{
-    QUrlQuery query;
-    query.addQueryItem(QStringLiteral("country_code"), countryCode);
-    return controlOk("POST", QStringLiteral("/home"), query);
-}
-
-bool DevService::setServerHost(const QString& host, const QString& serverName)
-{
-    QUrlQuery query;
-    query.addQueryItem(QStringLiteral("host"), host);
-    if (!serverName.isEmpty())
-        query.addQueryItem(QStringLiteral("name"), serverName);
-    return controlOk("POST", QStringLiteral("/hotspots/host"), query);
 }
 
 bool DevService::reset()

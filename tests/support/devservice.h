@@ -57,12 +57,12 @@ public:
     bool isRunning() const;
     QString errorText() const { return m_error; }
 
-    QString apiUrl() const;
-    QString ipInfoUrl() const;
-    QString probeUrl() const;
-    QString caFile() const;
-    QString controlUrl() const;
-    QString stateDir() const;
+    QString apiUrl() const { return readyValue("api"); }
+    QString ipInfoUrl() const { return readyValue("ipinfo"); }
+    QString probeUrl() const { return readyValue("probe"); }
+    QString caFile() const { return readyValue("ca"); }
+    QString controlUrl() const { return readyValue("control"); }
+    QString stateDir() const { return readyValue("state"); }
     QString tunnelHost() const;
     quint16 tunnelPort() const;
     // All four addresses; trusting the CA happens when a ServerApi is built with them.
@@ -87,13 +87,9 @@ public:
     // The last requests in full: objects with method, path, target, authorization, accept,
     // content_type, body.
     QJsonArray requests();
-    bool resetCounters();
     bool dropTunnels();
     // Hosts of the open stand-in tunnels.
     QStringList openTunnels();
-    bool setHomeCountry(const QString& countryCode);
-    // Every server's host (or only `serverName`'s) becomes `host`.
-    bool setServerHost(const QString& host, const QString& serverName = {});
     // Faults, counters, token lifetime and home country back to their start values.
     bool reset();
     // SIGTERM; true when the service ended by itself with status 0.
@@ -104,7 +100,10 @@ private:
                         const QByteArray& body = {});
     bool controlOk(const QByteArray& method, const QString& path, const QUrlQuery& query,
                    const QByteArray& body = {});
-    QString readyValue(const char* key) const;
+    QString readyValue(const char* key) const
+    {
+        return m_ready.value(QLatin1String(key)).toString();
+    }
 
     QTemporaryDir m_stateDir;
     QProcess m_process;

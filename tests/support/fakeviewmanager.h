@@ -11,7 +11,7 @@ namespace tavero::test {
 // Records navigation instead of performing it. Each call appends its name to calls(), with the
 // argument for goToStatus: "goToStatus(true)". utils() and bubleMessageProvider() are recording
 // fakes owned by this object; checkUpdateDlg() answers what setCheckUpdateAnswer() says (false by
-// default); window() is null unless set.
+// default); window() is null.
 class FakeViewManager : public IViewManager {
 public:
     IViewManagerUtils* utils() override { return &m_utils; }
@@ -25,7 +25,7 @@ public:
     void goToServerSelection() override;
     void show() override;
     void setPreloadFinished() override;
-    MainWindow* window() override { return m_window; }
+    MainWindow* window() override { return nullptr; }
 
     FakeViewManagerUtils& fakeUtils() { return m_utils; }
     FakeBubleMessageProvider& fakeBubbles() { return m_bubbles; }
@@ -36,7 +36,6 @@ public:
     void clearCalls() { m_calls.clear(); }
 
     void setCheckUpdateAnswer(bool answer) { m_checkUpdateAnswer = answer; }
-    void setWindow(MainWindow* window) { m_window = window; }
 
 private:
     void navigate(const QString& call);
@@ -46,7 +45,6 @@ private:
     QStringList m_calls;
     QString m_currentPage;
     bool m_checkUpdateAnswer = false;
-    MainWindow* m_window = nullptr;
 };
 
 } // namespace tavero::test

@@ -6,37 +6,6 @@
 
 namespace tavero::test {
 
-QMessageBox::StandardButton
-FakeViewManagerUtils::information(const QString& title, const QString& text,
-                                  QMessageBox::StandardButtons buttons,
-                                  QMessageBox::StandardButton defaultButton)
-{
-    return record(Kind::Information, title, text, buttons, defaultButton);
-}
-
-QMessageBox::StandardButton
-FakeViewManagerUtils::question(const QString& title, const QString& text,
-                               QMessageBox::StandardButtons buttons,
-                               QMessageBox::StandardButton defaultButton)
-{
-    return record(Kind::Question, title, text, buttons, defaultButton);
-}
-
-QMessageBox::StandardButton FakeViewManagerUtils::warning(const QString& title, const QString& text,
-                                                          QMessageBox::StandardButtons buttons,
-                                                          QMessageBox::StandardButton defaultButton)
-{
-    return record(Kind::Warning, title, text, buttons, defaultButton);
-}
-
-QMessageBox::StandardButton
-FakeViewManagerUtils::critical(const QString& title, const QString& text,
-                               QMessageBox::StandardButtons buttons,
-                               QMessageBox::StandardButton defaultButton)
-{
-    return record(Kind::Critical, title, text, buttons, defaultButton);
-}
-
 void FakeViewManagerUtils::showWaitCursor(bool disableCurrent)
 {
     ++m_waitCursorDepth;

@@ -29,16 +29,28 @@ public:
 
     QMessageBox::StandardButton information(const QString& title, const QString& text,
                                             QMessageBox::StandardButtons buttons,
-                                            QMessageBox::StandardButton defaultButton) override;
+                                            QMessageBox::StandardButton defaultButton) override
+    {
+        return record(Kind::Information, title, text, buttons, defaultButton);
+    }
     QMessageBox::StandardButton question(const QString& title, const QString& text,
                                          QMessageBox::StandardButtons buttons,
-                                         QMessageBox::StandardButton defaultButton) override;
+                                         QMessageBox::StandardButton defaultButton) override
+    {
+        return record(Kind::Question, title, text, buttons, defaultButton);
+    }
     QMessageBox::StandardButton warning(const QString& title, const QString& text,
                                         QMessageBox::StandardButtons buttons,
-                                        QMessageBox::StandardButton defaultButton) override;
+                                        QMessageBox::StandardButton defaultButton) override
+    {
+        return record(Kind::Warning, title, text, buttons, defaultButton);
+    }
     QMessageBox::StandardButton critical(const QString& title, const QString& text,
                                          QMessageBox::StandardButtons buttons,
-                                         QMessageBox::StandardButton defaultButton) override;
+                                         QMessageBox::StandardButton defaultButton) override
+    {
+        return record(Kind::Critical, title, text, buttons, defaultButton);
+    }
 
     void showWaitCursor(bool disableCurrent) override;
     void restoreCursor() override;

@@ -1,6 +1,7 @@
 #include "support/widgetpainting.h"
 
-#include <QBuffer>
+#include "support/pngbytes.h"
+
 #include <QWidget>
 #include <cstdlib>
 
@@ -32,11 +33,7 @@ QByteArray pngBytes(const QColor& color, const QSize& size)
 {
     QImage image(size, QImage::Format_ARGB32);
     image.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
+    return pngBytes(image);
 }
 
 } // namespace tavero::test
