@@ -53,7 +53,7 @@ private slots:
         QVERIFY(m_workingDirectory.isValid());
         m_previousDirectory = QDir::currentPath();
         QVERIFY(QDir::setCurrent(m_workingDirectory.path()));
-        qApp->setProperty("AppBuildDate", "2021-01-20");
+        QCoreApplication::instance()->setProperty("AppBuildDate", "2021-01-20");
     }
 
     void cleanupTestCase() { QDir::setCurrent(m_previousDirectory); }
@@ -62,7 +62,7 @@ private slots:
     {
         tavero::test::TestEnvironment::clearSettings();
         QFile::remove(QStringLiteral("language.txt"));
-        qApp->setProperty("AppLocaleDateString", QVariant());
+        QCoreApplication::instance()->setProperty("AppLocaleDateString", QVariant());
     }
 
     void startupChoice_data()
@@ -135,7 +135,8 @@ private slots:
             QCOMPARE(Settings().getSelectedLanguage(), expectedStored); // saved, not just kept
             QVERIFY2(!QFile::exists(QStringLiteral("language.txt")),
                      "the hand-over file must be consumed");
-            QCOMPARE(qApp->property("AppLocaleDateString").isValid(), !expectedInstalled.isEmpty());
+            QCOMPARE(QCoreApplication::instance()->property("AppLocaleDateString").isValid(),
+                     !expectedInstalled.isEmpty());
         }
         QCOMPARE(installedLanguage(), QString()); // the manager takes its translator along
     }
@@ -195,7 +196,8 @@ private slots:
         QCOMPARE(installedLanguage(), code);
         QCOMPARE(settings.getSelectedLanguage(), code);
 
-        const QString date = qApp->property("AppLocaleDateString").toString();
+        const QString date =
+            QCoreApplication::instance()->property("AppLocaleDateString").toString();
         QVERIFY2(date.contains(monthName) && date.contains("20") && date.contains("2021"),
                  qPrintable(date));
         const QLocale locale =
@@ -218,7 +220,10 @@ private slots:
         master.changeLanguage(missing);
         QCOMPARE(installedLanguage(), QString());
         QCOMPARE(settings.getSelectedLanguage(), QString("fra")); // stored even so
-        QVERIFY(qApp->property("AppLocaleDateString").toString().contains("janvier"));
+        QVERIFY(QCoreApplication::instance()
+                    ->property("AppLocaleDateString")
+                    .toString()
+                    .contains("janvier"));
     }
 };
 
