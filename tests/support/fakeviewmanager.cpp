@@ -5,7 +5,7 @@ namespace tavero::test {
 bool FakeViewManager::checkUpdateDlg()
 {
     m_calls << QStringLiteral("checkUpdateDlg");
-    return m_checkUpdateAnswer;
+    return false;
 }
 
 void FakeViewManager::goToSplashScreen()

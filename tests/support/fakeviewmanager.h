@@ -10,8 +10,7 @@ namespace tavero::test {
 
 // Records navigation instead of performing it. Each call appends its name to calls(), with the
 // argument for goToStatus: "goToStatus(true)". utils() and bubleMessageProvider() are recording
-// fakes owned by this object; checkUpdateDlg() answers what setCheckUpdateAnswer() says (false by
-// default); window() is null.
+// fakes owned by this object; checkUpdateDlg() finds no update; window() is null.
 class FakeViewManager : public IViewManager {
 public:
     IViewManagerUtils* utils() override { return &m_utils; }
@@ -35,8 +34,6 @@ public:
     QString currentPage() const { return m_currentPage; }
     void clearCalls() { m_calls.clear(); }
 
-    void setCheckUpdateAnswer(bool answer) { m_checkUpdateAnswer = answer; }
-
 private:
     void navigate(const QString& call);
 
@@ -44,7 +41,6 @@ private:
     FakeBubleMessageProvider m_bubbles;
     QStringList m_calls;
     QString m_currentPage;
-    bool m_checkUpdateAnswer = false;
 };
 
 } // namespace tavero::test
