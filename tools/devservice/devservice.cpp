@@ -95,6 +95,12 @@ std::string DevService::advertisedAddress() const
 
 bool DevService::start(std::string& error)
 {
+    if (m_options.ikev2) {
+        // Everything is served inside the responder's namespace; the pool is "protected".
+        m_options.bindAddress = Ikev2Responder::serviceAddress;
+        if (m_options.vpnPool.empty())
+            m_options.vpnPool = Ikev2Responder::pool;
+    }
     if (!m_options.vpnPool.empty()) {
         const auto pool = Ipv4Pool::parse(m_options.vpnPool);
         if (!pool) {
@@ -122,6 +128,8 @@ bool DevService::start(std::string& error)
         return false;
     m_seed = std::move(*seed);
     m_homeCountryCode = m_seed.homeCountryCode;
+    if (m_options.ikev2 && !startIkev2Responder(error))
+        return false;
 
     m_https = std::make_unique<httplib::SSLServer>((m_stateDir + "/https.pem").c_str(),
                                                    (m_stateDir + "/https.key").c_str());
@@ -181,7 +189,7 @@ std::string DevService::readyLine() const
 {
     const std::string host = advertisedAddress();
     const std::string api = "https://" + host + ":" + std::to_string(m_httpsPort);
-    const QJsonObject ready{
+    QJsonObject ready{
         {"api", q(api)},
         {"ipinfo", q(api + "/json")},
         {"probe", q("http://" + host + ":" + std::to_string(m_httpPort) + "/")},
@@ -190,6 +198,10 @@ std::string DevService::readyLine() const
         {"control", q(api + "/_control")},
         {"state", q(m_stateDir)},
     };
+    if (m_ikev2) {
+        ready.insert("ikev2", q(m_ikev2->host()));
+        ready.insert("netns", q(m_ikev2->clientNamespace()));
+    }
     return QJsonDocument(ready).toJson(QJsonDocument::Compact).toStdString();
 }
 
@@ -223,7 +235,9 @@ httplib::Server::HandlerResponse DevService::beforeRouting(const Request& reques
 {
     using Result = httplib::Server::HandlerResponse;
     if (request.path.rfind("/_control", 0) == 0) {
-        if (isLoopback(request.remote_addr))
+        // Inside the responder's namespace the only neighbour is the client namespace beside it.
+        if (isLoopback(request.remote_addr) ||
+            (m_ikev2 && request.remote_addr == Ikev2Responder::clientAddress))
             return Result::Unhandled;
         sendJson(response, 403, errorObject("forbidden", "Control endpoints answer loopback only"));
         return Result::Handled;
@@ -517,9 +531,35 @@ void DevService::installIpInformation()
     });
 }
 
+bool DevService::startIkev2Responder(std::string& error)
+{
+    std::vector<std::string> accounts;
+    for (const SeedData::Account& account : m_seed.accounts)
+        accounts.push_back(account.vpnUsername + ":" + account.vpnPassword);
+    m_ikev2 = std::make_unique<Ikev2Responder>();
+    if (!m_ikev2->start(m_stateDir + "/ikev2", m_stateDir, accounts, error) ||
+        !m_ikev2->enterNamespace(error))
+        return false;
+    // Every server is dialled at the responder.
+    for (SeedData::Server& server : m_seed.servers)
+        server.host = m_ikev2->host();
+    return true;
+}
+
 void DevService::installControl()
 {
     httplib::Server& server = *m_https;
+    server.Post("/_control/ikev2", [this](const Request& request, Response& response) {
+        if (!m_ikev2) {
+            sendJson(response, 404, errorObject("not_found", "no IKEv2 responder (--ikev2)"));
+            return;
+        }
+        if (!m_ikev2->setAccepting(intParam(request, "accept", 1) != 0)) {
+            sendJson(response, 500, errorObject("responder", "the responder did not answer"));
+            return;
+        }
+        sendJson(response, 200, ok());
+    });
     server.Post("/_control/tokens/expire", [this](const Request& request, Response& response) {
         m_tokens.expireAll(intParam(request, "revoke", 0) != 0);
         sendJson(response, 200, ok());

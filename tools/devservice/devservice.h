@@ -2,6 +2,7 @@
 
 #include "devserviceoptions.h"
 #include "faultplan.h"
+#include "ikev2responder.h"
 #include "ipv4pool.h"
 #include "requestjournal.h"
 #include "seeddata.h"
@@ -42,6 +43,7 @@ private:
     void installApi();
     void installIpInformation();
     void installControl();
+    bool startIkev2Responder(std::string& error);
     void installProbe();
     httplib::Server::HandlerResponse beforeRouting(const Request& request, Response& response,
                                                    const std::string& journalPath);
@@ -61,6 +63,7 @@ private:
     FaultPlan m_faults;
     RequestJournal m_journal;
     TunnelRegistry m_tunnels;
+    std::unique_ptr<Ikev2Responder> m_ikev2;
     std::unique_ptr<httplib::SSLServer> m_https;
     httplib::Server m_probe;
     std::thread m_httpsThread;

@@ -35,7 +35,7 @@ std::string DevServiceOptions::usage()
     return "usage: tavero-devservice [--data FILE] [--state-dir DIR] [--bind ADDR]\n"
            "                         [--https-port N] [--http-port N] [--tunnel-port N]\n"
            "                         [--vpn-pool CIDR] [--token-lifetime SECONDS] [--verbose]\n"
-           "                         [--exit-with-parent]\n"
+           "                         [--exit-with-parent] [--ikev2]\n"
            "Ports default to 8443 (HTTPS API and /json), 8080 (plain-HTTP probe) and 8445\n"
            "(stand-in tunnels); 0 picks a free port. See tools/devservice/README.md.\n";
 }
@@ -55,6 +55,10 @@ std::optional<DevServiceOptions> DevServiceOptions::parse(int argc, char** argv,
         }
         if (option == "--verbose") {
             options.verbose = true;
+            continue;
+        }
+        if (option == "--ikev2") {
+            options.ikev2 = true;
             continue;
         }
         if (option == "--exit-with-parent") {

@@ -8,7 +8,7 @@ namespace tavero::devservice {
 // The command line:
 //   tavero-devservice [--data FILE] [--state-dir DIR] [--bind ADDR] [--https-port N]
 //                     [--http-port N] [--tunnel-port N] [--vpn-pool CIDR]
-//                     [--token-lifetime SECONDS] [--verbose] [--exit-with-parent]
+//                     [--token-lifetime SECONDS] [--verbose] [--exit-with-parent] [--ikev2]
 // Port 0 picks a free port.
 struct DevServiceOptions {
     std::string dataFile;
@@ -21,6 +21,8 @@ struct DevServiceOptions {
     int tokenLifetimeSeconds = 3600;
     bool verbose = false;
     bool exitWithParent = false; // stop when the starting process dies (test fixtures)
+    // Root only: an IKEv2 responder in a network namespace of its own, and the service inside it.
+    bool ikev2 = false;
 
     static std::string usage();
     // nullopt with `error` set on an unknown option or a bad value; `help` set for --help.

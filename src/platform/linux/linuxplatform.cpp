@@ -2,6 +2,7 @@
 
 #include "platform/guardedcall.h"
 #include "platform/linux/autostartentry.h"
+#include "platform/linux/halfdefaultroutes.h"
 #include "platform/linux/interfacebackend.h"
 #include "platform/linux/networkmanagerbackend.h"
 #include "platform/platformoverrides.h"
@@ -13,7 +14,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QList>
+#include <QMutex>
+#include <QMutexLocker>
 #include <QStandardPaths>
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -37,6 +41,17 @@ constexpr char readyMarker[] = "TAVERO_ELEVATED_READY\n";
 // How long the user may take to answer the authentication dialog.
 constexpr int elevationAnswerLimitMs = 180000;
 constexpr int capNetAdmin = 12;
+constexpr char ikev2EntryName[] = "TAVERO IKEv2";
+
+// The device behind the "TAVERO IKEv2" entry while a tunnel is up; the adapter lookup is static.
+QMutex ikev2DeviceLock;
+QString ikev2Device;
+
+void setIkev2Device(const QString& device)
+{
+    const QMutexLocker locker(&ikev2DeviceLock);
+    ikev2Device = device;
+}
 
 bool hasNetAdminCapability()
 {
@@ -166,7 +181,10 @@ LinuxPlatform::LinuxPlatform(Options options)
     : m_options(std::move(options))
 {}
 
-LinuxPlatform::~LinuxPlatform() = default;
+LinuxPlatform::~LinuxPlatform()
+{
+    hangUpIKEv2();
+}
 
 QString LinuxPlatform::programPath() const
 {
@@ -267,7 +285,18 @@ OperationResult LinuxPlatform::connectIKEv2(const QString& host, const QString& 
 OperationResult LinuxPlatform::forceDisconnect()
 {
     qDebug("LinuxPlatform::forceDisconnect");
-    return {}; // nothing is ever dialled here, so nothing is up
+    hangUpIKEv2();
+    return {};
+}
+
+void LinuxPlatform::hangUpIKEv2()
+{
+    // Routes first: without the tunnel they would lead nowhere.
+    m_ikev2Routes.reset();
+    if (m_ikev2)
+        m_ikev2->stop();
+    m_ikev2.reset();
+    setIkev2Device({});
 }
 
 OperationResult LinuxPlatform::forceConnectPptp(const QString& host, const QString&, const QString&)
@@ -285,12 +314,51 @@ OperationResult LinuxPlatform::forceConnectL2tp(const QString& host, const QStri
         translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_l2tp_connection")));
 }
 
-OperationResult LinuxPlatform::forceConnectIKEv2(const QString& host, const QString&,
-                                                 const QString&, bool)
+OperationResult LinuxPlatform::forceConnectIKEv2(const QString& host, const QString& user,
+                                                 const QString& password, bool withoutAdminRights)
 {
-    qDebug() << "IKEv2 dial-up is not available on this system; host" << host;
-    return OperationResult(
+    const OperationResult failure(
         translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_ikev2_connection")));
+    hangUpIKEv2();
+    if (withoutAdminRights) {
+        qDebug() << "IKEv2 without administrator rights is not available here; host" << host;
+        return failure;
+    }
+    m_ikev2 = std::make_unique<StrongswanTunnel>(m_options.ikev2);
+    QString detail;
+    if (!m_ikev2->start(host, user, password, detail)) {
+        qCritical().noquote() << "IKEv2 dial failure:" << detail;
+        hangUpIKEv2();
+        return failure;
+    }
+    setIkev2Device(m_ikev2->device());
+    const AdapterInfo adapter = getAdapterInfo(QLatin1String(ikev2EntryName));
+    if (adapter.interfaceIndex == 0) {
+        qWarning("IKEv2 adapter not found");
+        hangUpIKEv2();
+        return failure;
+    }
+    qDebug() << "New IKEv2 Connection Adapter: Interface Index" << adapter.interfaceIndex
+             << "IPv6 Interface Index" << adapter.ipv6InterfaceIndex;
+    qDebug() << "IP addresses:";
+    for (const QHostAddress& address : adapter.addresses)
+        qDebug() << address.toString();
+
+    m_ikev2Routes = std::make_unique<HalfDefaultRoutes>();
+    if (!m_ikev2Routes->addServerRoute(m_ikev2->serverAddress(), detail) ||
+        !m_ikev2Routes->addHalves(AF_INET, int(adapter.interfaceIndex), detail)) {
+        qCritical().noquote() << "IPv4 Routes haven't added:" << detail;
+        hangUpIKEv2();
+        return failure;
+    }
+    // IPv6 only where the tunnel's device has a link-local address; a failure is no failure.
+    const bool linkLocal = std::any_of(
+        adapter.addresses.cbegin(), adapter.addresses.cend(), [](const QHostAddress& a) {
+            return a.protocol() == QAbstractSocket::IPv6Protocol && a.isLinkLocal();
+        });
+    if (!linkLocal || !m_ikev2Routes->addHalves(AF_INET6, int(adapter.ipv6InterfaceIndex), detail))
+        qWarning().noquote() << "IPv6 Routes haven't added" << detail;
+    return {};
 }
 
 OperationResult LinuxPlatform::turnOffInternet()
@@ -464,7 +532,14 @@ AdapterInfo LinuxPlatform::getAdapterInfo(const QString& friendlyName)
         return result;
     }
     const std::unique_ptr<ifaddrs, void (*)(ifaddrs*)> list(raw, ::freeifaddrs);
-    const QByteArray wanted = QFile::encodeName(friendlyName);
+    QString name = friendlyName;
+    if (name == QLatin1String(ikev2EntryName)) {
+        const QMutexLocker locker(&ikev2DeviceLock);
+        name = ikev2Device;
+        if (name.isEmpty())
+            return result;
+    }
+    const QByteArray wanted = QFile::encodeName(name);
     const unsigned index = wanted.isEmpty() ? 0 : ::if_nametoindex(wanted.constData());
     for (const ifaddrs* entry = list.get(); entry != nullptr; entry = entry->ifa_next) {
         if (entry->ifa_addr == nullptr ||

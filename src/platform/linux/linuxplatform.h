@@ -3,6 +3,7 @@
 #include "platform/adapterinfo.h"
 #include "platform/iplatform.h"
 #include "platform/linux/networkswitchbackend.h"
+#include "platform/linux/strongswantunnel.h"
 
 #include <QStringList>
 #include <functional>
@@ -14,8 +15,12 @@ namespace tavero {
 //
 // Network switch-off: with NetworkManager on the system bus its active connections are taken down
 // and remembered by UUID; otherwise every non-loopback interface that is up is set down and
-// remembered by name. Only what was remembered is ever switched on again. Dial-up (PPTP, L2TP,
-// IKEv2) is not available yet: the connect operations fail with their usual messages.
+// remembered by name. Only what was remembered is ever switched on again.
+//
+// IKEv2 with administrator rights: the client's own charon (StrongswanTunnel), whose TUN device is
+// the adapter of the "TAVERO IKEv2" entry, and the half-default routes over it
+// (HalfDefaultRoutes); disconnect() removes both. Dial-up without rights (PPTP, L2TP, IKEv2) is
+// not available yet: those connect operations fail with their usual messages.
 class LinuxPlatform : public IPlatform {
 public:
     using BackendFactory = std::function<std::unique_ptr<NetworkSwitchBackend>()>;
@@ -30,6 +35,8 @@ public:
         // Makes the network switch for a pass that starts with nothing remembered; default picks
         // NetworkManager when it runs on the system bus, interfaces otherwise.
         BackendFactory networkBackendFactory;
+        // Where the IKEv2 tunnel's charon, swanctl and private directory are.
+        StrongswanTunnel::Paths ikev2;
     };
 
     LinuxPlatform();
@@ -78,8 +85,8 @@ public:
     // empty.
     static bool IsRdpListening(const QStringList& tcpTables);
 
-    // Interface index and unicast addresses of the interface named `friendlyName`; a default
-    // value when there is none.
+    // Interface index and unicast addresses of the interface named `friendlyName` ("TAVERO IKEv2"
+    // names the IKEv2 tunnel's device while one is up); a default value when there is none.
     static AdapterInfo getAdapterInfo(const QString& friendlyName);
 
     // NetworkManager when its service runs on the system bus, interfaces otherwise.
@@ -104,7 +111,11 @@ private:
     void switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status, bool& reenabled);
     QString programPath() const;
 
+    void hangUpIKEv2();
+
     Options m_options;
+    std::unique_ptr<StrongswanTunnel> m_ikev2;
+    std::unique_ptr<class HalfDefaultRoutes> m_ikev2Routes;
     // The backend that made the remembered list; identifiers only mean something to it.
     std::unique_ptr<NetworkSwitchBackend> m_backend;
     QStringList m_remembered;
