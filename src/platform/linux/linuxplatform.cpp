@@ -226,15 +226,19 @@ void LinuxPlatform::setRunOnStart(bool run)
     handToConfigurationOwner(QFileInfo(entry.filePath()).absolutePath(), entry.filePath());
 }
 
-// Dial-up through NetworkManager's VPN plugins is not built yet: say so truthfully and fail every
-// dial with its usual message, so the chain moves on to OpenVPN.
+std::unique_ptr<NetworkManagerDialup> LinuxPlatform::dialup() const
+{
+    return m_options.dialupFactory ? m_options.dialupFactory()
+                                   : std::make_unique<NetworkManagerDialup>();
+}
+
 bool LinuxPlatform::pptpSupports()
 {
-    return false;
+    return dialup()->supports(NetworkManagerDialup::Kind::Pptp);
 }
 bool LinuxPlatform::l2tpSupports()
 {
-    return false;
+    return dialup()->supports(NetworkManagerDialup::Kind::L2tp);
 }
 bool LinuxPlatform::isPptpAsync()
 {
@@ -286,6 +290,9 @@ OperationResult LinuxPlatform::forceDisconnect()
 {
     qDebug("LinuxPlatform::forceDisconnect");
     hangUpIKEv2();
+    // Failures are only logged: whatever could be hung up is down.
+    if (!dialup()->hangUp())
+        qWarning("Not every NetworkManager dial-up connection could be removed");
     return {};
 }
 
@@ -299,19 +306,34 @@ void LinuxPlatform::hangUpIKEv2()
     setIkev2Device({});
 }
 
-OperationResult LinuxPlatform::forceConnectPptp(const QString& host, const QString&, const QString&)
+OperationResult LinuxPlatform::dialThroughNetworkManager(NetworkManagerDialup::Kind kind,
+                                                         const QString& host, const QString& user,
+                                                         const QString& password,
+                                                         const QString& preSharedKey,
+                                                         const char* failure)
 {
-    qDebug() << "PPTP dial-up is not available on this system; host" << host;
-    return OperationResult(
-        translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_pptp_connection")));
+    QString detail;
+    if (dialup()->dial(kind, host, user, password, preSharedKey, detail))
+        return {};
+    qCritical().noquote() << NetworkManagerDialup::entryName(kind) << "dial failure:" << detail;
+    return OperationResult(translated(failure));
 }
 
-OperationResult LinuxPlatform::forceConnectL2tp(const QString& host, const QString&, const QString&,
-                                                const QString&)
+OperationResult LinuxPlatform::forceConnectPptp(const QString& host, const QString& user,
+                                                const QString& password)
 {
-    qDebug() << "L2TP dial-up is not available on this system; host" << host;
-    return OperationResult(
-        translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_l2tp_connection")));
+    return dialThroughNetworkManager(
+        NetworkManagerDialup::Kind::Pptp, host, user, password, {},
+        QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_pptp_connection"));
+}
+
+OperationResult LinuxPlatform::forceConnectL2tp(const QString& host, const QString& user,
+                                                const QString& password,
+                                                const QString& preSharedKey)
+{
+    return dialThroughNetworkManager(
+        NetworkManagerDialup::Kind::L2tp, host, user, password, preSharedKey,
+        QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_l2tp_connection"));
 }
 
 OperationResult LinuxPlatform::forceConnectIKEv2(const QString& host, const QString& user,
@@ -321,8 +343,11 @@ OperationResult LinuxPlatform::forceConnectIKEv2(const QString& host, const QStr
         translated(QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_ikev2_connection")));
     hangUpIKEv2();
     if (withoutAdminRights) {
-        qDebug() << "IKEv2 without administrator rights is not available here; host" << host;
-        return failure;
+        // The desktop user's way: NetworkManager's strongswan plugin takes the default route
+        // itself, as the Windows entry does without rights.
+        return dialThroughNetworkManager(
+            NetworkManagerDialup::Kind::IKEv2, host, user, password, {},
+            QT_TRANSLATE_NOOP("QObject", "warning.cannot_open_ikev2_connection"));
     }
     m_ikev2 = std::make_unique<StrongswanTunnel>(m_options.ikev2);
     QString detail;

@@ -2,6 +2,7 @@
 
 #include "platform/adapterinfo.h"
 #include "platform/iplatform.h"
+#include "platform/linux/networkmanagerdialup.h"
 #include "platform/linux/networkswitchbackend.h"
 #include "platform/linux/strongswantunnel.h"
 
@@ -19,8 +20,9 @@ namespace tavero {
 //
 // IKEv2 with administrator rights: the client's own charon (StrongswanTunnel), whose TUN device is
 // the adapter of the "TAVERO IKEv2" entry, and the half-default routes over it
-// (HalfDefaultRoutes); disconnect() removes both. Dial-up without rights (PPTP, L2TP, IKEv2) is
-// not available yet: those connect operations fail with their usual messages.
+// (HalfDefaultRoutes); disconnect() removes both. Without rights, and for L2TP and PPTP:
+// NetworkManager's VPN plugins (NetworkManagerDialup); without NetworkManager or the plugin those
+// connects fail with their usual messages.
 class LinuxPlatform : public IPlatform {
 public:
     using BackendFactory = std::function<std::unique_ptr<NetworkSwitchBackend>()>;
@@ -37,6 +39,8 @@ public:
         BackendFactory networkBackendFactory;
         // Where the IKEv2 tunnel's charon, swanctl and private directory are.
         StrongswanTunnel::Paths ikev2;
+        // Makes the NetworkManager dial-up; default: NetworkManager on the system bus.
+        std::function<std::unique_ptr<NetworkManagerDialup>()> dialupFactory;
     };
 
     LinuxPlatform();
@@ -112,6 +116,10 @@ private:
     QString programPath() const;
 
     void hangUpIKEv2();
+    std::unique_ptr<NetworkManagerDialup> dialup() const;
+    OperationResult dialThroughNetworkManager(NetworkManagerDialup::Kind kind, const QString& host,
+                                              const QString& user, const QString& password,
+                                              const QString& preSharedKey, const char* failure);
 
     Options m_options;
     std::unique_ptr<StrongswanTunnel> m_ikev2;
