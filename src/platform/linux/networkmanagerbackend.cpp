@@ -1,5 +1,7 @@
 #include "platform/linux/networkmanagerbackend.h"
 
+#include "platform/linux/networkmanagernames.h"
+
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusObjectPath>
@@ -11,13 +13,7 @@
 namespace tavero {
 namespace {
 
-const QString service = QStringLiteral("org.freedesktop.NetworkManager");
-const QString managerPath = QStringLiteral("/org/freedesktop/NetworkManager");
-const QString managerInterface = QStringLiteral("org.freedesktop.NetworkManager");
-const QString settingsPath = QStringLiteral("/org/freedesktop/NetworkManager/Settings");
-const QString settingsInterface = QStringLiteral("org.freedesktop.NetworkManager.Settings");
-const QString activeInterface = QStringLiteral("org.freedesktop.NetworkManager.Connection.Active");
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+using namespace networkmanager;
 const QString unknownConnectionError =
     QStringLiteral("org.freedesktop.NetworkManager.Settings.InvalidConnection");
 

@@ -1,5 +1,7 @@
 #include "platform/linux/networkmanagerdialup.h"
 
+#include "platform/linux/networkmanagernames.h"
+
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusMetaType>
@@ -19,15 +21,7 @@ Q_DECLARE_METATYPE(ConnectionSettings)
 namespace tavero {
 namespace {
 
-const QString service = QStringLiteral("org.freedesktop.NetworkManager");
-const QString managerPath = QStringLiteral("/org/freedesktop/NetworkManager");
-const QString managerInterface = QStringLiteral("org.freedesktop.NetworkManager");
-const QString settingsPath = QStringLiteral("/org/freedesktop/NetworkManager/Settings");
-const QString settingsInterface = QStringLiteral("org.freedesktop.NetworkManager.Settings");
-const QString connectionInterface =
-    QStringLiteral("org.freedesktop.NetworkManager.Settings.Connection");
-const QString activeInterface = QStringLiteral("org.freedesktop.NetworkManager.Connection.Active");
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+using namespace networkmanager;
 
 // NMActiveConnectionState.
 constexpr uint stateActivated = 2;
