@@ -51,20 +51,150 @@ bool processAlive(const QString& pidFile)
 class TestIkev2Tunnel : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
-    void tunnelCarriesAllTrafficAndGoesAway();
-    void refusedDialLeavesNothingBehind();
-    void cliTriesIkev2First_data();
-    void cliTriesIkev2First();
+    void initTestCase()
+    {
+        if (::geteuid() != 0)
+            QSKIP("needs root to create network namespaces and TUN devices");
+        if (!QFileInfo::exists("/dev/net/tun") || !QFileInfo(m_paths.swanctl).isExecutable() ||
+            QStandardPaths::findExecutable("ip").isEmpty())
+            QSKIP("needs /dev/net/tun, strongSwan and iproute2 (scripts/setup installs them)");
+        QVERIFY(m_dir.isValid());
+        m_paths.stateDirectory = m_dir.filePath(QStringLiteral("ikev2"));
+        // The responder's certificate comes from the service's CA, as in the demo.
+        qputenv("TAVERO_CA_FILE", QFile::encodeName(m_dir.filePath("service/ca.pem")));
+        m_service.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_service.start(qEnvironmentVariable("TAVERO_DEVSERVICE"),
+                        {"--ikev2", "--exit-with-parent", "--state-dir", m_dir.filePath("service"),
+                         "--https-port", "0", "--http-port", "0", "--tunnel-port", "0"});
+        QTRY_VERIFY_WITH_TIMEOUT(
+            m_service.canReadLine() || m_service.state() == QProcess::NotRunning, 120000);
+        m_ready = QJsonDocument::fromJson(m_service.readLine()).object();
+        QVERIFY2(!ready("netns").isEmpty(), "the service started no IKEv2 responder");
+        // Threads started from here on (Qt's network threads, charon) inherit the namespace.
+        const int fd = ::open(qPrintable("/run/netns/" + ready("netns")), O_RDONLY | O_CLOEXEC);
+        QVERIFY(fd >= 0);
+        QCOMPARE(::setns(fd, CLONE_NEWNET), 0);
+        ::close(fd);
+    }
+    void cleanupTestCase()
+    {
+        if (m_service.state() == QProcess::NotRunning)
+            return;
+        m_service.terminate();
+        QVERIFY(m_service.waitForFinished(30000));
+        QVERIFY2(!QFile::exists("/run/netns/" + ready("netns")),
+                 "the client namespace is left over");
+    }
+    void tunnelCarriesAllTrafficAndGoesAway()
+    {
+        tavero::ServerApi api({ready("api"), ready("ipinfo"), ready("probe"), ready("ca")});
+        QVERIFY(!api.receiveIp().isProtected);
+        LinuxPlatform platform(LinuxPlatform::Options{{}, {}, {}, m_paths});
+        const OperationResult result =
+            platform.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false);
+        QVERIFY2(result.isSuccess, qPrintable(result.message));
+        const tavero::AdapterInfo adapter = LinuxPlatform::getAdapterInfo("TAVERO IKEv2");
+        QVERIFY(adapter.interfaceIndex != 0);
+        QVERIFY(!adapter.addresses.isEmpty());
+        const QString table = routes();
+        const QString device = table.section(QLatin1String("0.0.0.0/1 dev "), 1).section(' ', 0, 0);
+        QVERIFY2(device.startsWith(QLatin1String("ipsec")), qPrintable(table));
+        QVERIFY2(table.contains("128.0.0.0/1 dev " + device), qPrintable(table));
+        QVERIFY2(table.contains(ready("ikev2") + " via"), qPrintable(table));
+        const QString pidFile = m_paths.stateDirectory + QStringLiteral("/tavero-charon.pid");
+        QVERIFY(processAlive(pidFile));
+        // The IP check goes through the tunnel: the service sees a pool address.
+        const IpGettingResult through = api.receiveIp();
+        QVERIFY(through.isProtected);
+        QVERIFY2(through.ip.startsWith(QLatin1String("10.9.0.")), qPrintable(through.ip));
+        // A new run of the client finds the charon of one that never hung up, stops it and dials.
+        QFile::copy(pidFile, m_dir.filePath("first.pid"));
+        LinuxPlatform next(LinuxPlatform::Options{{}, {}, {}, m_paths});
+        QVERIFY(
+            next.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false).isSuccess);
+        QVERIFY(!processAlive(m_dir.filePath("first.pid")));
+        QVERIFY(processAlive(pidFile));
+        QVERIFY(api.receiveIp().isProtected);
+        QVERIFY(next.disconnect().isSuccess);
+        verifyNothingLeft(device, m_paths.stateDirectory);
+        QVERIFY(!api.receiveIp().isProtected);
+        QVERIFY(next.disconnect().isSuccess); // nothing up: still fine
+    }
+    void refusedDialLeavesNothingBehind()
+    {
+        QVERIFY(setAccepting(false));
+        LinuxPlatform platform(LinuxPlatform::Options{{}, {}, {}, m_paths});
+        const OperationResult refused =
+            platform.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false);
+        QVERIFY(setAccepting(true));
+        QCOMPARE(refused.message, QStringLiteral("warning.cannot_open_ikev2_connection"));
+        verifyNothingLeft({}, m_paths.stateDirectory);
+        // A wrong password is refused the same way.
+        QVERIFY(!platform.connectIKEv2(ready("ikev2"), "alice-vpn", "wrong", false).isSuccess);
+        verifyNothingLeft({}, m_paths.stateDirectory);
+    }
+    void cliTriesIkev2First_data()
+    {
+        QTest::addColumn<bool>("accepting");
+        QTest::addColumn<QString>("protocol");
+        QTest::newRow("IKEv2 up") << true << "IKEv2";
+        QTest::newRow("IKEv2 refused") << false << "Open VPN UDP";
+    }
+    void cliTriesIkev2First()
+    {
+        QFETCH(bool, accepting);
+        QFETCH(QString, protocol);
+        const QString cli =
+            qEnvironmentVariable("TAVERO_TEST_BIN_DIR") + QStringLiteral("/tavero-cli");
+        QVERIFY(QFile::exists(cli));
+        tavero::test::TestEnvironment::clearSettings();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* key : {"api", "ipinfo", "probe"})
+            environment.insert(QStringLiteral("TAVERO_%1_URL").arg(QString(key).toUpper()),
+                               ready(key));
+        environment.insert("TAVERO_CA_FILE", ready("ca"));
+        environment.insert("TAVERO_FAKE_OPENVPN_TUNNEL", ready("tunnel"));
+        QVERIFY(run(cli, {"--json", "login", "alice@tavero.example"}, "alice-dev-password\n",
+                    environment)
+                    .contains("\"ok\":true"));
+        QVERIFY(setAccepting(accepting));
+        QProcess connect;
+        connect.setProcessEnvironment(environment);
+        connect.start(cli, {"--json", "connect", "--country", "SE"});
+        QByteArray output;
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (output += connect.readAllStandardOutput()).contains("\"Connected\"") ||
+                connect.state() == QProcess::NotRunning,
+            120000);
+        const QByteArray connected = output.mid(output.lastIndexOf("\"Connected\""));
+        QVERIFY2(connected.contains(QString("\"protocol\":\"%1\"").arg(protocol).toUtf8()),
+                 output.constData());
+        ::kill(pid_t(connect.processId()), SIGINT);
+        QVERIFY(connect.waitForFinished(60000));
+        QVERIFY(setAccepting(true));
+        verifyNothingLeft({}, tavero::StrongswanPaths().stateDirectory);
+    }
 
 private:
     QString ready(const char* key) const { return m_ready.value(QLatin1String(key)).toString(); }
-    bool setAccepting(bool accepting);
-    void verifyNothingLeft(const QString& device, const QString& stateDirectory);
-    tavero::Endpoints endpoints() const
+    bool setAccepting(bool accepting)
     {
-        return {ready("api"), ready("ipinfo"), ready("probe"), ready("ca")};
+        const QString url = ready("control") + QStringLiteral("/ikev2?accept=%1").arg(accepting);
+        return run(QStringLiteral("curl"), {"-sf", "--cacert", ready("ca"), "-d", "", url})
+            .contains("true");
+    }
+    void verifyNothingLeft(const QString& device, const QString& stateDirectory)
+    {
+        QTRY_VERIFY_WITH_TIMEOUT(!routes().contains(QLatin1String("0.0.0.0/1")), 10000);
+        QVERIFY2(!routes().contains(ready("ikev2") + " via"), qPrintable(routes()));
+        if (!device.isEmpty())
+            QTRY_VERIFY_WITH_TIMEOUT(LinuxPlatform::getAdapterInfo(device).interfaceIndex == 0,
+                                     10000);
+        QCOMPARE(LinuxPlatform::getAdapterInfo(QStringLiteral("TAVERO IKEv2")).interfaceIndex, 0u);
+        QVERIFY(
+            QDir(stateDirectory)
+                .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot)
+                .isEmpty());
     }
 
     QTemporaryDir m_dir;
@@ -72,164 +202,6 @@ private:
     QJsonObject m_ready;
     tavero::StrongswanPaths m_paths;
 };
-
-void TestIkev2Tunnel::initTestCase()
-{
-    if (::geteuid() != 0)
-        QSKIP("needs root to create network namespaces and TUN devices");
-    if (!QFileInfo::exists(QStringLiteral("/dev/net/tun")))
-        QSKIP("/dev/net/tun is missing");
-    if (!QFileInfo(m_paths.charon).isExecutable() || !QFileInfo(m_paths.swanctl).isExecutable())
-        QSKIP("strongSwan is not installed (scripts/setup installs it)");
-    if (QStandardPaths::findExecutable(QStringLiteral("ip")).isEmpty())
-        QSKIP("the ip command (iproute2) is missing");
-    QVERIFY(m_dir.isValid());
-    m_paths.stateDirectory = m_dir.filePath(QStringLiteral("ikev2"));
-    // The responder's certificate comes from the service's CA, as the client is told in the demo.
-    qputenv("TAVERO_CA_FILE", QFile::encodeName(m_dir.filePath("service/ca.pem")));
-
-    m_service.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_service.start(qEnvironmentVariable("TAVERO_DEVSERVICE"),
-                    {"--ikev2", "--exit-with-parent", "--state-dir", m_dir.filePath("service"),
-                     "--https-port", "0", "--http-port", "0", "--tunnel-port", "0"});
-    QTRY_VERIFY_WITH_TIMEOUT(m_service.canReadLine() || m_service.state() == QProcess::NotRunning,
-                             120000);
-    m_ready = QJsonDocument::fromJson(m_service.readLine()).object();
-    QVERIFY2(!ready("netns").isEmpty(), "the service started no IKEv2 responder");
-
-    // Threads started from here on (Qt's network threads, charon) inherit the namespace.
-    const int fd = ::open(qPrintable("/run/netns/" + ready("netns")), O_RDONLY | O_CLOEXEC);
-    QVERIFY(fd >= 0);
-    QCOMPARE(::setns(fd, CLONE_NEWNET), 0);
-    ::close(fd);
-}
-
-void TestIkev2Tunnel::cleanupTestCase()
-{
-    if (m_service.state() == QProcess::NotRunning)
-        return;
-    m_service.terminate();
-    QVERIFY(m_service.waitForFinished(30000));
-    QVERIFY2(!QFile::exists("/run/netns/" + ready("netns")), "the client namespace is left over");
-}
-
-bool TestIkev2Tunnel::setAccepting(bool accepting)
-{
-    const QString url = ready("control") + QStringLiteral("/ikev2?accept=%1").arg(accepting);
-    return run(QStringLiteral("curl"), {"-sf", "--cacert", ready("ca"), "-d", "", url})
-        .contains("true");
-}
-
-void TestIkev2Tunnel::verifyNothingLeft(const QString& device, const QString& stateDirectory)
-{
-    QTRY_VERIFY_WITH_TIMEOUT(!routes().contains(QLatin1String("0.0.0.0/1")), 10000);
-    QVERIFY2(!routes().contains(ready("ikev2") + " via"), qPrintable(routes()));
-    if (!device.isEmpty())
-        QTRY_VERIFY_WITH_TIMEOUT(LinuxPlatform::getAdapterInfo(device).interfaceIndex == 0, 10000);
-    QCOMPARE(LinuxPlatform::getAdapterInfo(QStringLiteral("TAVERO IKEv2")).interfaceIndex, 0u);
-    QVERIFY(QDir(stateDirectory)
-                .entryList(QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot)
-                .isEmpty());
-}
-
-void TestIkev2Tunnel::tunnelCarriesAllTrafficAndGoesAway()
-{
-    tavero::ServerApi api(endpoints());
-    QVERIFY(!api.receiveIp().isProtected);
-
-    LinuxPlatform platform(LinuxPlatform::Options{{}, {}, {}, m_paths});
-    const OperationResult result =
-        platform.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false);
-    QVERIFY2(result.isSuccess, qPrintable(result.message));
-
-    const tavero::AdapterInfo adapter = LinuxPlatform::getAdapterInfo("TAVERO IKEv2");
-    QVERIFY(adapter.interfaceIndex != 0);
-    QVERIFY(!adapter.addresses.isEmpty());
-    const QString table = routes();
-    const QString device = table.section(QLatin1String("0.0.0.0/1 dev "), 1).section(' ', 0, 0);
-    QVERIFY2(device.startsWith(QLatin1String("ipsec")), qPrintable(table));
-    QVERIFY2(table.contains("128.0.0.0/1 dev " + device), qPrintable(table));
-    QVERIFY2(table.contains(ready("ikev2") + " via"), qPrintable(table));
-    const QString pidFile = m_paths.stateDirectory + QStringLiteral("/tavero-charon.pid");
-    QVERIFY(processAlive(pidFile));
-
-    // The IP check goes through the tunnel: the service sees a pool address.
-    const IpGettingResult through = api.receiveIp();
-    QVERIFY(through.isProtected);
-    QVERIFY2(through.ip.startsWith(QLatin1String("10.9.0.")), qPrintable(through.ip));
-
-    // A new run of the client finds the charon of one that never hung up, stops it and dials.
-    QFile::copy(pidFile, m_dir.filePath("first.pid"));
-    LinuxPlatform next(LinuxPlatform::Options{{}, {}, {}, m_paths});
-    QVERIFY(next.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false).isSuccess);
-    QVERIFY(!processAlive(m_dir.filePath("first.pid")));
-    QVERIFY(processAlive(pidFile));
-    QVERIFY(api.receiveIp().isProtected);
-
-    QVERIFY(next.disconnect().isSuccess);
-    verifyNothingLeft(device, m_paths.stateDirectory);
-    QVERIFY(!api.receiveIp().isProtected);
-    QVERIFY(next.disconnect().isSuccess); // nothing up: still fine
-}
-
-void TestIkev2Tunnel::refusedDialLeavesNothingBehind()
-{
-    QVERIFY(setAccepting(false));
-    LinuxPlatform platform(LinuxPlatform::Options{{}, {}, {}, m_paths});
-    const OperationResult refused =
-        platform.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false);
-    QVERIFY(setAccepting(true));
-    QVERIFY(!refused.isSuccess);
-    QVERIFY(!refused.message.isEmpty());
-    verifyNothingLeft({}, m_paths.stateDirectory);
-
-    // A wrong password is refused the same way.
-    QVERIFY(!platform.connectIKEv2(ready("ikev2"), "alice-vpn", "wrong", false).isSuccess);
-    verifyNothingLeft({}, m_paths.stateDirectory);
-}
-
-void TestIkev2Tunnel::cliTriesIkev2First_data()
-{
-    QTest::addColumn<bool>("accepting");
-    QTest::addColumn<QString>("protocol");
-    QTest::newRow("IKEv2 up") << true << "IKEv2";
-    QTest::newRow("IKEv2 refused") << false << "Open VPN UDP";
-}
-
-void TestIkev2Tunnel::cliTriesIkev2First()
-{
-    QFETCH(bool, accepting);
-    QFETCH(QString, protocol);
-    const QString cli = qEnvironmentVariable("TAVERO_TEST_BIN_DIR") + QStringLiteral("/tavero-cli");
-    QVERIFY(QFile::exists(cli));
-    tavero::test::TestEnvironment::clearSettings();
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("TAVERO_API_URL", ready("api"));
-    environment.insert("TAVERO_IPINFO_URL", ready("ipinfo"));
-    environment.insert("TAVERO_PROBE_URL", ready("probe"));
-    environment.insert("TAVERO_CA_FILE", ready("ca"));
-    environment.insert("TAVERO_FAKE_OPENVPN_TUNNEL", ready("tunnel"));
-    QVERIFY(
-        run(cli, {"--json", "login", "alice@tavero.example"}, "alice-dev-password\n", environment)
-            .contains("\"ok\":true"));
-    QVERIFY(setAccepting(accepting));
-
-    QProcess connect;
-    connect.setProcessEnvironment(environment);
-    connect.start(cli, {"--json", "connect", "--country", "SE"});
-    QByteArray output;
-    QTRY_VERIFY_WITH_TIMEOUT(
-        (output += connect.readAllStandardOutput()).contains("\"Connected\"") ||
-            connect.state() == QProcess::NotRunning,
-        120000);
-    const QByteArray connected = output.mid(output.lastIndexOf("\"Connected\""));
-    QVERIFY2(connected.contains(QString("\"protocol\":\"%1\"").arg(protocol).toUtf8()),
-             output.constData());
-    ::kill(pid_t(connect.processId()), SIGINT);
-    QVERIFY(connect.waitForFinished(60000));
-    QVERIFY(setAccepting(true));
-    verifyNothingLeft({}, tavero::StrongswanPaths().stateDirectory);
-}
 
 TAVERO_TEST_GUILESS_MAIN(TestIkev2Tunnel)
 #include "tst_ikev2tunnel.moc"

@@ -1,14 +1,8 @@
 #include "platform/linux/linuxplatform.h"
 #include "support/testmain.h"
 
-#include <QDBusArgument>
 #include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QFile>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
+#include <QDBusMetaType>
 #include <QtTest>
 
 using tavero::LinuxPlatform;
@@ -22,33 +16,23 @@ private slots:
     void initTestCase()
     {
         const QString daemon = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
-        if (daemon.isEmpty())
-            QSKIP("needs dbus-daemon for a private message bus");
-        QProcess probe;
-        probe.start(QStringLiteral("/usr/bin/python3"), {"-c", "import dbusmock"});
-        if (!probe.waitForFinished(30000) || probe.exitCode() != 0)
-            QSKIP("needs python3-dbusmock (scripts/setup installs it)");
+        if (daemon.isEmpty() || QProcess::execute("/usr/bin/python3", {"-c", "import dbusmock"}))
+            QSKIP("needs dbus-daemon and python3-dbusmock (scripts/setup installs them)");
         m_daemon.start(daemon, {"--session", "--nofork", "--nopidfile", "--print-address=1"});
         QVERIFY(m_daemon.waitForReadyRead(10000));
         m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
         m_bus = std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(m_address, "nm"));
         QVERIFY(m_bus->isConnected());
-
         // Nothing answers yet: every dial fails, and hang-up has nothing to do.
         QVERIFY(m_plugins.isValid());
-        for (const char* name : {"nm-strongswan-service.name", "nm-l2tp-service.name"}) {
-            QFile plugin(m_plugins.filePath(name));
-            QVERIFY(plugin.open(QIODevice::WriteOnly));
-        }
+        for (const char* name : {"nm-strongswan-service.name", "nm-l2tp-service.name"})
+            QVERIFY(QFile(m_plugins.filePath(name)).open(QIODevice::WriteOnly));
         LinuxPlatform platform(options());
         QVERIFY(!platform.l2tpSupports());
         QVERIFY(!platform.connectL2tp("vpn.example", "u", "p", "k").isSuccess);
         QVERIFY(platform.disconnect().isSuccess);
-
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("DBUS_SESSION_BUS_ADDRESS", m_address);
-        environment.insert("DBUS_SYSTEM_BUS_ADDRESS",
-                           m_address); // the template asks for the system bus
+        environment.insert("DBUS_SYSTEM_BUS_ADDRESS", m_address); // the template's bus
         m_mock.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_mock.setProcessEnvironment(environment);
         m_mock.start("/usr/bin/python3", {"-m", "dbusmock", "--template", "networkmanager"});
@@ -64,7 +48,6 @@ private slots:
             process->waitForFinished(10000);
         }
     }
-
     void dialWritesActivatesAndRemoves_data()
     {
         QTest::addColumn<int>("kind");
@@ -87,14 +70,11 @@ private slots:
                 ? platform.connectL2tp("vpn.example", "alice-vpn", "secret", "psk")
                 : platform.connectIKEv2("vpn.example", "alice-vpn", "secret", true);
         QVERIFY2(result.isSuccess, qPrintable(result.message));
-
-        const QList<QVariantMap> connections = vpnSettings();
+        const auto connections = vpnSettings();
         QCOMPARE(connections.size(), 1);
-        const QVariantMap vpn = connections.first();
-        QCOMPARE(vpn.value("id").toString(), name);
-        QCOMPARE(vpn.value(hostKey).toString(), QStringLiteral("vpn.example"));
-        QCOMPARE(vpn.value("user").toString(), QStringLiteral("alice-vpn"));
-
+        QCOMPARE(connections.first().value("id"), name);
+        QCOMPARE(connections.first().value(hostKey), QStringLiteral("vpn.example"));
+        QCOMPARE(connections.first().value("user"), QStringLiteral("alice-vpn"));
         QVERIFY(platform.disconnect().isSuccess);
         QVERIFY(vpnSettings().isEmpty());
     }
@@ -124,27 +104,21 @@ private:
         return options;
     }
 
-    // Every stored connection's id with its VPN data, read back over the bus.
-    QList<QVariantMap> vpnSettings() const
+    // Every stored connection's VPN data, with its id under "id", read back over the bus.
+    QList<QMap<QString, QString>> vpnSettings() const
     {
-        QList<QVariantMap> found;
+        const QString nm = QStringLiteral("org.freedesktop.NetworkManager");
+        QList<QMap<QString, QString>> found;
         const QDBusMessage list = m_bus->call(QDBusMessage::createMethodCall(
-            "org.freedesktop.NetworkManager", "/org/freedesktop/NetworkManager/Settings",
-            "org.freedesktop.NetworkManager.Settings", "ListConnections"));
-        for (const QDBusObjectPath& path :
-             qdbus_cast<QList<QDBusObjectPath>>(list.arguments().value(0))) {
+            nm, "/org/freedesktop/NetworkManager/Settings", nm + ".Settings", "ListConnections"));
+        for (const auto& path : qdbus_cast<QList<QDBusObjectPath>>(list.arguments().value(0))) {
             const QDBusMessage reply = m_bus->call(QDBusMessage::createMethodCall(
-                "org.freedesktop.NetworkManager", path.path(),
-                "org.freedesktop.NetworkManager.Settings.Connection", "GetSettings"));
+                nm, path.path(), nm + ".Settings.Connection", "GetSettings"));
             const auto settings =
                 qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().value(0));
-            QVariantMap entry;
-            const auto data =
-                qdbus_cast<QMap<QString, QString>>(settings.value("vpn").value("data"));
-            for (auto it = data.cbegin(); it != data.cend(); ++it)
-                entry.insert(it.key(), it.value());
-            entry.insert("id", settings.value("connection").value("id"));
-            found << entry;
+            auto data = qdbus_cast<QMap<QString, QString>>(settings.value("vpn").value("data"));
+            data.insert("id", settings.value("connection").value("id").toString());
+            found << data;
         }
         return found;
     }
