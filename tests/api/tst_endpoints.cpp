@@ -48,21 +48,6 @@ private slots:
     void init() { clearOverrides(); }
     void cleanupTestCase() { clearOverrides(); }
 
-    void compiledInAddressesAreOnReservedDomains()
-    {
-        const Endpoints endpoints = Endpoints::fromEnvironment();
-        QCOMPARE(endpoints.apiBaseUrl, Endpoints::defaults().apiBaseUrl);
-        QVERIFY(endpoints.apiBaseUrl.startsWith("https://"));
-        QVERIFY(!endpoints.apiBaseUrl.endsWith('/'));
-        QVERIFY(QUrl(endpoints.apiBaseUrl).host().endsWith(".example"));
-        QVERIFY(endpoints.ipInfoUrl.startsWith("https://"));
-        QCOMPARE(QUrl(endpoints.ipInfoUrl).path(), QString("/json"));
-        QVERIFY(QUrl(endpoints.ipInfoUrl).host().endsWith(".example"));
-        QVERIFY(endpoints.probeUrl.startsWith("http://"));
-        QVERIFY(QUrl(endpoints.probeUrl).host().endsWith(".example"));
-        QVERIFY(endpoints.caFile.isEmpty());
-    }
-
     void overrides_data()
     {
         QTest::addColumn<QByteArray>("variable");
@@ -163,22 +148,6 @@ private slots:
         QCOMPARE(QSslConfiguration::defaultConfiguration().caCertificates(), before);
     }
 
-    void permissionsAreProcessWideAndIndependent()
-    {
-        const std::pair<void (*)(bool), bool (*)()> flags[] = {
-            {ServerApi::setIsKillswitchAllowed, ServerApi::isKillswitchAllowed},
-            {ServerApi::setIsOpenVpnAllowed, ServerApi::isOpenVpnAllowed},
-            {ServerApi::setIsIKEv2Allowed, ServerApi::isIKEv2Allowed}};
-        for (const auto& flag : flags)
-            QVERIFY(flag.second());
-        for (int off = 0; off < 3; ++off) {
-            flags[off].first(false);
-            for (int i = 0; i < 3; ++i)
-                QCOMPARE(flags[i].second(), i != off); // allowed until switched off, each alone
-            flags[off].first(true);
-        }
-    }
-
     void unreachableServiceGivesNoInternetEverywhere()
     {
         QTcpServer probe; // a port that was free a moment ago refuses connections
@@ -207,12 +176,11 @@ private slots:
         QVERIFY(!api.isThereInternet());
         QCOMPARE(logout.count(), 0);
         QVERIFY(messages.contains(QtDebugMsg, "reequest https://127.0.0.1:" + port +
-                                                  "/user?scope=appp,subscription,vpn"));
-        QVERIFY(messages.contains(QtDebugMsg,
-                                  "reequest https://127.0.0.1:" + port + "/flags/60x45/de.png"));
-        QVERIFY(messages.contains(QtDebugMsg, "reequest https://127.0.0.1:" + port +
                                                   "/hotspots/recommended?ip=192.0.2.1"));
-        QVERIFY(messages.contains(QtDebugMsg, "!!!!!"));
+        // The transport diagnostics of a failed exchange.
+        for (const char* line : {"OpenSSL was used for the Qt build ", "SSL is supported ",
+                                 "Version I have ", "!!!!!"})
+            QVERIFY2(messages.contains(QtDebugMsg, line), line);
     }
 };
 

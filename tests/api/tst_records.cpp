@@ -25,23 +25,11 @@ private slots:
 
     void operationResultConstructors()
     {
-        const OperationResult success;
-        QVERIFY(success.isSuccess);
-        QCOMPARE(success.code, OperationResult::General);
-        QVERIFY(success.message.isEmpty());
-
-        const OperationResult emptyText{QString()};
-        QVERIFY(!emptyText.isSuccess);
-        QCOMPARE(emptyText.code, OperationResult::General);
-
-        const OperationResult byCode(OperationResult::NoInternet);
-        QVERIFY(!byCode.isSuccess);
-        QCOMPARE(int(byCode.code), 2);
-
+        QVERIFY(OperationResult().isSuccess);
+        QVERIFY(!OperationResult(QString()).isSuccess); // an empty text is still a failure
         const OperationResult both("text", OperationResult::NoInternet);
         QVERIFY(!both.isSuccess);
-        QCOMPARE(both.message, QString("text"));
-        QCOMPARE(both.code, OperationResult::NoInternet);
+        QCOMPARE(int(both.code), 2);
     }
 
     void serverEqualityIsCountryNameAndHost()
@@ -78,29 +66,15 @@ private slots:
         }
     }
 
-    void protocolTextsPutIKEv2Last()
+    void protocolAndFlagSizeTexts()
     {
         QCOMPARE(protocols::textualList(QFlags<ProtocolType>(31)),
                  QString("Open VPN TCP, Open VPN UDP, L2TP, PPTP, IKEv2"));
         QCOMPARE(protocols::textualList(OvpnUdp | IKEv2), QString("Open VPN UDP, IKEv2"));
-        QCOMPARE(protocols::textualList(OvpnTcp | OvpnUdp), QString("Open VPN TCP, Open VPN UDP"));
         QCOMPARE(protocols::textualList({}), QString());
-        QCOMPARE(protocols::displayText(Pptp), QString("PPTP"));
-    }
-
-    void singleFlagTest()
-    {
-        QVERIFY(protocols::isSingleFlag(IKEv2));
         QVERIFY(protocols::isSingleFlag(Pptp));
-        QVERIFY(!protocols::isSingleFlag({}));
         QVERIFY(!protocols::isSingleFlag(OvpnTcp | OvpnUdp));
-        QVERIFY(!protocols::isSingleFlag(QFlags<ProtocolType>(31)));
         QVERIFY(!protocols::isSingleFlag(QFlags<ProtocolType>(32))); // not one of ours
-    }
-
-    void flagSizeTexts()
-    {
-        QCOMPARE(flagPictureSizeText(FlagPictureSize::Large), QString("640x480"));
         QCOMPARE(flagPictureSizeText(FlagPictureSize::Small), QString("60x45"));
         QCOMPARE(flagPictureSizeText(static_cast<FlagPictureSize>(7)), QString("640x480"));
     }

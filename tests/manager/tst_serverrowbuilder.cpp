@@ -55,54 +55,13 @@ QImage flagFor(const QString& code)
 class TestServerRowBuilder : public QObject {
     Q_OBJECT
 private slots:
-    void splitsCountriesAmongWorkers_data();
-    void splitsCountriesAmongWorkers();
     void workersBuildTheirShare_data();
     void workersBuildTheirShare();
     void sortsRowsByNameAndServersByName();
     void attachesEachCountrysFlag();
     void missingCountryGivesDefaultRow();
-    void withoutLoaderFlagsStayNull();
     void keepsEveryRowUnderLoad();
 };
-
-void TestServerRowBuilder::splitsCountriesAmongWorkers_data()
-{
-    QTest::addColumn<int>("countries");
-    QTest::addColumn<int>("threads");
-    QTest::addColumn<QVector<int>>("sizes");
-
-    const auto sizes = [](int each, int workers, int last) {
-        QVector<int> result(workers - 1, each);
-        result.append(last);
-        return result;
-    };
-    QTest::newRow("45 over 20") << 45 << 20 << sizes(2, 20, 7);
-    QTest::newRow("5 over 20: all to the last") << 5 << 20 << sizes(0, 20, 5);
-    QTest::newRow("40 over 20: even") << 40 << 20 << sizes(2, 20, 2);
-    QTest::newRow("19 over 20") << 19 << 20 << sizes(0, 20, 19);
-    QTest::newRow("none") << 0 << 20 << sizes(0, 20, 0);
-    QTest::newRow("one worker") << 7 << 1 << QVector<int>{7};
-    QTest::newRow("zero workers count as one") << 7 << 0 << QVector<int>{7};
-}
-
-void TestServerRowBuilder::splitsCountriesAmongWorkers()
-{
-    QFETCH(int, countries);
-    QFETCH(int, threads);
-    QFETCH(QVector<int>, sizes);
-
-    const QVector<QPair<int, int>> ranges = ServerRowBuilder::workerRanges(countries, threads);
-    QVector<int> actual;
-    int expectedFirst = 0;
-    for (const auto& range : ranges) {
-        QCOMPARE(range.first, expectedFirst); // consecutive, no gap, no overlap
-        actual.append(range.second - range.first);
-        expectedFirst = range.second;
-    }
-    QCOMPARE(actual, sizes);
-    QCOMPARE(expectedFirst, countries);
-}
 
 void TestServerRowBuilder::workersBuildTheirShare_data()
 {
@@ -110,8 +69,9 @@ void TestServerRowBuilder::workersBuildTheirShare_data()
     QTest::addColumn<int>("perWorker");
     QTest::addColumn<int>("lastWorker");
 
-    QTest::newRow("45 countries") << 45 << 2 << 7;
-    QTest::newRow("5 countries") << 5 << 0 << 5;
+    QTest::newRow("45 countries: 19 x 2, then 7") << 45 << 2 << 7;
+    QTest::newRow("5 countries: all to the last") << 5 << 0 << 5;
+    QTest::newRow("none") << 0 << 0 << 0;
 }
 
 void TestServerRowBuilder::workersBuildTheirShare()
@@ -135,7 +95,8 @@ void TestServerRowBuilder::workersBuildTheirShare()
 
     // Each worker takes consecutive countries in map order, the last one the tail.
     const QList<int> ids = list.serversByCountry.keys();
-    QCOMPARE(log.countriesByWorker.value(19).last(), ids.last());
+    if (countries > 0)
+        QCOMPARE(log.countriesByWorker.value(19).last(), ids.last());
     if (perWorker > 0)
         QCOMPARE(log.countriesByWorker.value(0), (QVector<int>{ids[0], ids[1]}));
     // Built off the calling thread.
@@ -213,15 +174,6 @@ void TestServerRowBuilder::missingCountryGivesDefaultRow()
     QCOMPARE(rows[0].servers.size(), 1);
     QCOMPARE(rows[0].servers[0].name, QStringLiteral("orphan-1"));
     QCOMPARE(rows[1].country.name, QStringLiteral("Germany"));
-}
-
-void TestServerRowBuilder::withoutLoaderFlagsStayNull()
-{
-    const QVector<CountryPresentationData> rows =
-        ServerRowBuilder(ServerRowBuilder::FlagLoader(), 1).build(makeCountries(3));
-    QCOMPARE(rows.size(), 3);
-    for (const CountryPresentationData& row : rows)
-        QVERIFY(row.flagImage.isNull());
 }
 
 void TestServerRowBuilder::keepsEveryRowUnderLoad()
