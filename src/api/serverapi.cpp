@@ -14,10 +14,10 @@
 #include <QNetworkRequest>
 #include <QReadWriteLock>
 #include <QRecursiveMutex>
+#include <QScopeGuard>
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslSocket>
-#include <QScopeGuard>
 #include <QThreadStorage>
 #include <QTimer>
 #include <QUrl>
