@@ -12,85 +12,39 @@ namespace tavero {
 
 namespace {
 
-const QString unreadableStructureText = QStringLiteral("Unexpected reply structure");
-
-// Reads values out of a reply and remembers whether a container had the wrong type.
-class Reader {
-public:
-    QJsonObject object(const QJsonObject& parent, const char* key)
+// Reads values out of a reply the toolkit's way: a missing, null or wrongly typed value reads as
+// its default, so one odd value never costs the rest of the reply.
+struct Reader {
+    static QJsonObject object(const QJsonObject& parent, const char* key)
     {
-        const QJsonValue value = parent.value(QLatin1String(key));
-        if (value.isObject())
-            return value.toObject();
-        noteWrongContainer(value);
-        return {};
+        return parent.value(QLatin1String(key)).toObject();
     }
 
-    QJsonArray array(const QJsonObject& parent, const char* key)
+    static QJsonArray array(const QJsonObject& parent, const char* key)
     {
-        const QJsonValue value = parent.value(QLatin1String(key));
-        if (value.isArray())
-            return value.toArray();
-        noteWrongContainer(value);
-        return {};
+        return parent.value(QLatin1String(key)).toArray();
     }
-
-    QJsonObject element(const QJsonValue& value)
-    {
-        if (value.isObject())
-            return value.toObject();
-        m_broken = true;
-        return {};
-    }
-
-    bool broken() const { return m_broken; }
 
     static QString text(const QJsonObject& parent, const char* key)
     {
-        const QJsonValue value = parent.value(QLatin1String(key));
-        return value.isString() ? value.toString() : QString();
+        return parent.value(QLatin1String(key)).toString();
     }
 
     static bool flag(const QJsonObject& parent, const char* key)
     {
-        const QJsonValue value = parent.value(QLatin1String(key));
-        return value.isBool() && value.toBool();
+        return parent.value(QLatin1String(key)).toBool();
     }
 
     static int number(const QJsonObject& parent, const char* key)
     {
-        const QJsonValue value = parent.value(QLatin1String(key));
-        if (!value.isDouble())
-            return 0;
-        const double d = value.toDouble();
+        const double d = parent.value(QLatin1String(key)).toDouble();
         if (!std::isfinite(d))
             return 0;
         constexpr double lowest = std::numeric_limits<int>::min();
         constexpr double highest = std::numeric_limits<int>::max();
         return static_cast<int>(std::trunc(std::clamp(d, lowest, highest)));
     }
-
-    static bool present(const QJsonObject& parent, const char* key)
-    {
-        const QJsonValue value = parent.value(QLatin1String(key));
-        return !value.isUndefined() && !value.isNull();
-    }
-
-private:
-    void noteWrongContainer(const QJsonValue& value)
-    {
-        if (!value.isUndefined() && !value.isNull())
-            m_broken = true;
-    }
-
-    bool m_broken = false;
 };
-
-void markUnreadable(RequestResult& result)
-{
-    result.status = RequestResult::InvalidResponse;
-    result.message = unreadableStructureText;
-}
 
 } // namespace
 
@@ -109,11 +63,13 @@ bool ReplyParser::tryParseJson(const QByteArray& body, QJsonDocument& document,
     }
     QJsonParseError error{};
     QJsonDocument parsed = QJsonDocument::fromJson(body, &error);
-    if (error.error != QJsonParseError::NoError || !parsed.isObject()) {
+    if (error.error != QJsonParseError::NoError) {
         result.status = RequestResult::InvalidResponse;
         result.message = QString::fromLatin1(body);
         return false;
     }
+    // Valid JSON that is no object (an array) reads as an empty object, like every other value
+    // of the wrong type.
     document = std::move(parsed);
     return true;
 }
@@ -134,46 +90,37 @@ bool ReplyParser::isTokenExpired(const QByteArray& body)
     RequestResult scratch;
     if (!tryParseJson(body, document, scratch))
         return false;
-    const QJsonValue error = document.object().value(QLatin1String("error"));
-    return error.isString() && error.toString() == QLatin1String("token_expired");
+    const QJsonObject object = document.object();
+    return object.contains(QLatin1String("error")) &&
+           Reader::text(object, "error") == QLatin1String("token_expired");
 }
 
-QString ReplyParser::refreshedToken(const QByteArray& body)
+std::optional<QString> ReplyParser::refreshedToken(const QByteArray& body)
 {
     QJsonDocument document;
     RequestResult result;
     if (!tryParseJson(body, document, result) || !parseResponseStatus(document.object(), result))
-        return {};
-    Reader reader;
-    const QJsonObject data = reader.object(document.object(), "data");
-    return reader.broken() ? QString() : Reader::text(data, "token");
+        return std::nullopt;
+    const QJsonObject data = Reader::object(document.object(), "data");
+    if (!data.contains(QLatin1String("token")))
+        return std::nullopt;
+    return Reader::text(data, "token");
 }
 
 void ReplyParser::readLogin(const QJsonDocument& document, LoginResult& result)
 {
     if (!parseResponseStatus(document.object(), result))
         return;
-    Reader reader;
-    const QJsonObject data = reader.object(document.object(), "data");
-    if (reader.broken()) {
-        markUnreadable(result);
-        return;
-    }
-    result.token = Reader::text(data, "token");
+    result.token = Reader::text(Reader::object(document.object(), "data"), "token");
 }
 
 void ReplyParser::readAccountInfo(const QJsonDocument& document, AccountInfoGettingResult& result)
 {
     if (!parseResponseStatus(document.object(), result))
         return;
-    Reader reader;
-    const QJsonObject data = reader.object(document.object(), "data");
-    const QJsonObject appp = reader.object(reader.object(data, "appp"), "data");
-    const QJsonObject vpn = reader.object(reader.object(data, "vpn"), "data");
-    if (reader.broken()) {
-        markUnreadable(result);
-        return;
-    }
+    const QJsonObject data = Reader::object(document.object(), "data");
+    const QJsonObject appp = Reader::object(Reader::object(data, "appp"), "data");
+    const QJsonObject vpn = Reader::object(Reader::object(data, "vpn"), "data");
     result.email = Reader::text(data, "email");
     result.vpnUsername = Reader::text(appp, "username");
     result.vpnPassword = Reader::text(appp, "password");
@@ -187,34 +134,22 @@ void ReplyParser::parseServersListJson(const QJsonDocument& document,
                                        const AccountInfoGettingResult& account,
                                        ServerListGettingResult& result)
 {
-    if (!document.isObject()) {
-        markUnreadable(result);
-        return;
-    }
     if (!parseResponseStatus(document.object(), result))
         return;
-
-    Reader reader;
-    const QJsonArray data = reader.array(document.object(), "data");
-    QMap<int, QVector<VpnServerInformation>> serversByCountry;
-    QMap<int, CountryInformation> countriesById;
-    QMap<QString, CountryInformation> countriesByCode;
     const bool withAccount = account.status == RequestResult::Ok;
-
-    for (const QJsonValue& value : data) {
-        const QJsonObject element = reader.element(value);
-        const QJsonObject countryObject = reader.object(element, "country");
-        const QJsonObject config = reader.object(element, "config");
-        if (reader.broken())
-            break;
+    // Element by element: an odd element reads with defaults and costs no other server.
+    for (const QJsonValue& value : Reader::array(document.object(), "data")) {
+        const QJsonObject element = value.toObject();
+        const QJsonObject countryObject = Reader::object(element, "country");
+        const QJsonObject config = Reader::object(element, "config");
 
         CountryInformation country;
         country.id = Reader::number(countryObject, "id");
         country.code = Reader::text(countryObject, "code");
         country.name = Reader::text(countryObject, "name");
         country.isAvailable = true;
-        countriesById.insert(country.id, country);
-        countriesByCode.insert(country.code, country);
+        result.countriesById.insert(country.id, country);
+        result.countriesByCode.insert(country.code, country);
 
         VpnServerInformation server;
         server.countryId = country.id;
@@ -223,23 +158,15 @@ void ReplyParser::parseServersListJson(const QJsonDocument& document,
         server.load = Reader::number(element, "load");
         server.name = Reader::text(element, "name");
         server.host = Reader::text(config, "host");
-        server.hasOvpnConfig = Reader::present(config, "ovpn");
+        server.hasOvpnConfig = config.contains(QLatin1String("ovpn")); // null included
         if (withAccount) {
             server.hasAccountData = true;
             server.vpnUsername = account.vpnUsername;
             server.vpnPassword = account.vpnPassword;
             server.sharedKey = account.sharedKey;
         }
-        serversByCountry[country.id].append(server);
+        result.serversByCountry[country.id].append(server);
     }
-
-    if (reader.broken()) {
-        markUnreadable(result);
-        return;
-    }
-    result.serversByCountry = std::move(serversByCountry);
-    result.countriesById = std::move(countriesById);
-    result.countriesByCode = std::move(countriesByCode);
 }
 
 IpGettingResult ReplyParser::processReceiveIpDataNewVersion(const QByteArray& body)
@@ -263,12 +190,7 @@ LastVersionGettingResult ReplyParser::parseLastVersion(const QByteArray& body)
     QJsonDocument document;
     if (!tryParseJson(body, document, result))
         return result;
-    Reader reader;
-    const QJsonObject data = reader.object(document.object(), "data");
-    if (reader.broken()) {
-        markUnreadable(result);
-        return result;
-    }
+    const QJsonObject data = Reader::object(document.object(), "data");
     if (data.isEmpty())
         return result;
     result.version = Reader::text(data, "version");

@@ -7,6 +7,7 @@
 #include "api/serverlistgettingresult.h"
 
 #include <QByteArray>
+#include <optional>
 
 class QJsonDocument;
 class QJsonObject;
@@ -15,19 +16,19 @@ namespace tavero {
 
 // Turns the service's reply bodies into result records: pure functions without network or state,
 // so unit tests and the fuzz target drive them directly. Rules shared by every reply:
-//  - an empty body is status 2 "No Internet"; a body that is not one JSON object is status 4 with
-//    the raw body (Latin-1) as message;
+//  - an empty body is status 2 "No Internet"; a body that is not JSON is status 4 with the raw
+//    body (Latin-1) as message;
 //  - an object with an "error" or a "message" key is status 1 with the "message" text;
-//  - a missing or null key reads as its default (empty text, false, 0), and so does a leaf value of
-//    another type ("load": "abc" is 0); a container ("data", "country", "config", ...) that is
-//    present but of the wrong type makes the reply unreadable: status 4, nothing half-filled.
+//  - a missing, null or wrongly typed value reads as its default: empty text, false, 0, an empty
+//    object or array ("data": 5, "country": "de", a top-level array). So a reply that is JSON is
+//    never unreadable, and one odd part (a server element, "appp") costs nothing else.
 // Numbers are truncated toward zero and clamped to the int range.
 class ReplyParser {
 public:
     // Status text of an empty reply.
     static QString noInternetText();
 
-    // True when `body` is a non-empty JSON object, stored in `document`; otherwise fills `result`
+    // True when `body` is non-empty valid JSON, stored in `document`; otherwise fills `result`
     // (status 2 or 4) and leaves `document` alone.
     static bool tryParseJson(const QByteArray& body, QJsonDocument& document,
                              RequestResult& result);
@@ -38,8 +39,9 @@ public:
     // True only for a JSON object whose "error" is the text "token_expired".
     static bool isTokenExpired(const QByteArray& body);
 
-    // The token of a successful "/refresh" reply; empty when there is none to use.
-    static QString refreshedToken(const QByteArray& body);
+    // "data"."token" of a "/refresh" reply without error keys, whenever the key is there (its
+    // text may be empty); nothing when the reply renews nothing.
+    static std::optional<QString> refreshedToken(const QByteArray& body);
 
     // "data"."token" of a login reply; status 0 with an empty token when the key is missing.
     static void readLogin(const QJsonDocument& document, LoginResult& result);
@@ -56,8 +58,9 @@ public:
     // The IP-information reply: address, "protected" flag, country code in lower case.
     static IpGettingResult processReceiveIpDataNewVersion(const QByteArray& body);
 
-    // The version reply. A missing or empty "data" object leaves status 5: no update is known for
-    // this device. Error keys are not examined, so an error object without "data" ends the same.
+    // The version reply. A missing or empty "data" object (an array too) leaves status 5: no
+    // update is known for this device. Error keys are not examined, so an error object without
+    // "data" ends the same.
     static LastVersionGettingResult parseLastVersion(const QByteArray& body);
 };
 

@@ -14,10 +14,11 @@
 #include <QNetworkRequest>
 #include <QReadWriteLock>
 #include <QRecursiveMutex>
+#include <QScopeGuard>
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslSocket>
-#include <QThread>
+#include <QThreadStorage>
 #include <QTimer>
 #include <QUrl>
 #include <QUrlQuery>
@@ -87,20 +88,58 @@ void trustCaFile(const QString& path)
     }
 }
 
-// The flag-picture cache. `writer` names the thread holding the write lock across its download, so
-// a re-entry on that thread (an event handler running in the nested wait) uses the map directly
-// instead of deadlocking on the lock it already holds.
+// The flag-picture cache. The lock is never held across a download: a thread waiting for it
+// could wait for ever when the downloading thread is itself blocked on that thread (the GUI thread
+// joining the server page's row builders inside its wait), and downloads would run one at a time.
 struct FlagCache {
     QReadWriteLock lock;
     QHash<QString, QByteArray> pictures;
-    std::atomic<Qt::HANDLE> writer{nullptr};
 };
-
 FlagCache& flagCache()
 {
     static FlagCache cache;
     return cache;
 }
+
+// Bumped by routesChanged(): a thread's manager made under an older value is dropped.
+std::atomic<quint64> routeGeneration{0};
+std::atomic<bool> routesUnsettled{false};
+
+struct ThreadNetwork {
+    std::shared_ptr<QNetworkAccessManager> manager;
+    quint64 generation = 0;
+};
+
+// Never destroyed, so a thread ending during the process's exit still finds it; the toolkit
+// deletes each thread's entry in that thread when it ends (the main thread's with the application
+// object).
+QThreadStorage<ThreadNetwork*>& threadNetworks()
+{
+    static auto* const storage = new QThreadStorage<ThreadNetwork*>;
+    return *storage;
+}
+
+// The calling thread's manager: kept for the thread's life, so its exchanges reuse kept-alive
+// connections and their TLS sessions. An exchange holds its manager until it ends, so replacing
+// the thread's manager never cuts off an exchange that waits lower on the stack.
+std::shared_ptr<QNetworkAccessManager> networkForThisThread()
+{
+    if (routesUnsettled.load())
+        return std::make_shared<QNetworkAccessManager>();
+    QThreadStorage<ThreadNetwork*>& storage = threadNetworks();
+    if (!storage.hasLocalData())
+        storage.setLocalData(new ThreadNetwork);
+    ThreadNetwork& network = *storage.localData();
+    const quint64 generation = routeGeneration.load();
+    if (!network.manager || network.generation != generation) {
+        network.manager = std::make_shared<QNetworkAccessManager>();
+        network.generation = generation;
+    }
+    return network.manager;
+}
+
+// Renewals running on this thread, nested ones included.
+thread_local int renewalsOnThisThread = 0;
 
 // Sets a value for one scope and puts the previous one back.
 template <typename T, typename U>
@@ -201,9 +240,12 @@ ServerApi::SentRequest ServerApi::sendRequest(const QString& url, bool isGet,
     prepareRequest(url, request, useSslConfiguration);
     if (withToken)
         sent.token = addToken(request);
-    sent.manager = std::make_unique<QNetworkAccessManager>();
-    sent.reply = isGet ? sent.manager->get(request)
-                       : sent.manager->post(request, QJsonDocument(body).toJson());
+    // A request with a body opens its own connection: the toolkit may resend a request whose
+    // connection closed before the reply began, and it resends a POST over a kept-alive
+    // connection without its body, which also spoils that connection's later requests.
+    sent.manager = isGet ? networkForThisThread() : std::make_shared<QNetworkAccessManager>();
+    sent.reply.reset(isGet ? sent.manager->get(request)
+                           : sent.manager->post(request, QJsonDocument(body).toJson()));
     return sent;
 }
 
@@ -258,44 +300,62 @@ QByteArray ServerApi::exchange(const QString& url, bool isGet, const QJsonObject
 {
     SentRequest sent = sendRequest(url, isGet, body, withToken, useSslConfiguration);
     qDebug().noquote() << "reequest" << url;
-    waitForReply(sent.reply);
+    waitForReply(sent.reply.get());
     const QByteArray replyBody = sent.reply->readAll();
+    sent.reply.reset();
     sent.manager.reset();
 
     if (!withToken || expiry == Expiry::Ignore || !ReplyParser::isTokenExpired(replyBody))
         return replyBody;
 
     if (expiry == Expiry::RefreshAndRepeat) {
-        {
-            // A token already given up on: the log-out was raised for it once, and renewing it
-            // again would only fail again.
-            const QMutexLocker locker(&m_tokenMutex);
-            if (m_unrenewableToken && sent.token == *m_unrenewableToken)
-                return replyBody;
-        }
-        // Another exchange (a nested one, or another thread) may have renewed the token while this
-        // one waited: then the new token is simply tried, without renewing it again.
-        const bool renewed = token() != sent.token || refreshToken();
-        if (renewed)
+        switch (renewToken(sent.token)) {
+        case Renewal::Renewed:
             return exchange(url, isGet, body, withToken, useSslConfiguration, Expiry::Logout);
-    }
-    {
-        const QMutexLocker locker(&m_tokenMutex);
-        m_unrenewableToken = sent.token;
+        case Renewal::Pending:
+            return replyBody;
+        case Renewal::Failed:
+            break;
+        }
+    } else if (token() != sent.token) {
+        // The repetition's token was replaced while it waited: the client holds a newer one, and
+        // logging the user out would throw it away.
+        return replyBody;
     }
     m_logoutBroadcaster->emitLogout(logoutText());
     return replyBody;
 }
 
+ServerApi::Renewal ServerApi::renewToken(const QString& expired)
+{
+    // Bounded, so a thread that the renewing thread waits for (a join inside its nested wait) is
+    // never stuck here for good; after the limit it renews on its own.
+    const bool locked = m_renewalMutex.tryLock(int(m_requestTimeout.count()));
+    const auto unlock = qScopeGuard([&] {
+        if (locked)
+            m_renewalMutex.unlock();
+    });
+    // Another exchange renewed (or a login replaced) the token while this one waited.
+    if (token() != expired)
+        return Renewal::Renewed;
+    ++renewalsOnThisThread;
+    const bool refreshed = refreshToken();
+    --renewalsOnThisThread;
+    // A failed refresh lost to another renewal of the same token (the service rotates tokens):
+    // the winner's token is what counts.
+    if (refreshed || token() != expired)
+        return Renewal::Renewed;
+    return renewalsOnThisThread > 0 ? Renewal::Pending : Renewal::Failed;
+}
+
 bool ServerApi::refreshToken()
 {
-    const QByteArray reply =
+    const std::optional<QString> renewed = ReplyParser::refreshedToken(
         exchange(serviceUrl(m_endpoints.apiBaseUrl, QStringLiteral("/refresh"), QString()), true,
-                 {}, true, true, Expiry::Ignore);
-    const QString renewed = ReplyParser::refreshedToken(reply);
-    if (renewed.isEmpty())
+                 {}, true, true, Expiry::Ignore));
+    if (!renewed)
         return false;
-    setToken(renewed);
+    setToken(*renewed);
     return true;
 }
 
@@ -454,40 +514,28 @@ QByteArray ServerApi::receiveFlagPicture(const QString& countryCode, FlagPicture
                                    QStringLiteral("/flags/%1/%2.png")
                                        .arg(flagPictureSizeText(size), asUrlComponent(countryCode)),
                                    QString());
-    const auto download = [&] {
-        const QByteArray reply = request(url, true, {}, false, true);
-        return isPng(reply) ? reply : QByteArray(); // an error body is no picture
-    };
-
     FlagCache& cache = flagCache();
-    if (cache.writer.load() == QThread::currentThreadId()) {
-        const auto found = cache.pictures.constFind(url);
-        if (found != cache.pictures.constEnd())
-            return *found;
-        const QByteArray picture = download();
-        cache.pictures.insert(url, picture);
-        return picture;
-    }
     {
         const QReadLocker reader(&cache.lock);
         const auto found = cache.pictures.constFind(url);
         if (found != cache.pictures.constEnd())
             return *found;
     }
+    const QByteArray reply = request(url, true, {}, false, true);
+    const QByteArray picture = isPng(reply) ? reply : QByteArray(); // an error body is no picture
     const QWriteLocker writer(&cache.lock);
-    // Another thread may have stored it while this one waited for the write lock.
+    // Threads that missed the same picture at once each downloaded it; the first answer stays.
     const auto found = cache.pictures.constFind(url);
     if (found != cache.pictures.constEnd())
         return *found;
-    const ScopedValue<std::atomic<Qt::HANDLE>, Qt::HANDLE> owner(cache.writer,
-                                                                 QThread::currentThreadId());
-    const QByteArray picture = download();
     cache.pictures.insert(url, picture);
     return picture;
 }
 
 bool ServerApi::isThereInternet()
 {
+    // A connection of its own: the probe asks whether a new connection gets out now, which a
+    // kept-alive one over a path that has gone away would answer only at the limit.
     QNetworkAccessManager manager;
     QNetworkReply* reply = manager.get(QNetworkRequest(QUrl(m_endpoints.probeUrl)));
     waitForReply(reply);
@@ -524,6 +572,12 @@ bool ServerApi::isIKEv2Allowed()
 void ServerApi::setIsIKEv2Allowed(bool allowed)
 {
     ikev2Allowed = allowed;
+}
+
+void ServerApi::routesChanged(bool unsettled)
+{
+    routesUnsettled = unsettled;
+    ++routeGeneration;
 }
 
 void ServerApi::resetSharedCaches()

@@ -6,10 +6,10 @@
 
 #include <QJsonObject>
 #include <QMutex>
+#include <QRecursiveMutex>
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <optional>
 
 class QNetworkAccessManager;
 class QNetworkReply;
@@ -20,21 +20,22 @@ namespace tavero {
 // The one client of the VPN service's HTTPS JSON API, of the IP-information service and of the
 // reachability probe.
 //
-// Every operation blocks its calling thread: each exchange gets its own network manager (so a
-// connection made before a tunnel came up is never reused through it) and waits in a local event
-// loop of the calling thread for at most the request limit. Events of that thread, re-entry
-// included, keep running during the wait. Failures come back as a result status, never thrown.
+// Every operation blocks its calling thread and waits in a local event loop of that thread for at
+// most the request limit; events of that thread, re-entry included, keep running during the wait.
+// Failures come back as a result status, never thrown. Each thread keeps one network manager for
+// its life, so its exchanges share kept-alive connections; routesChanged() makes every thread
+// drop them when a tunnel comes or goes (see there). The reachability probe always opens its own.
 //
 // An expired token ("token_expired" to a request sent with the token) is renewed through
-// "/refresh" once and the request repeated once. The refresh exchange itself is never renewed,
-// and a repeated request that expires again is not repeated: at most three exchanges per call.
-// When renewing fails, needLogout is raised and the caller gets the expired reply (status 1);
-// later exchanges with that same token get their expired reply without another attempt or
-// log-out, until a login or setToken() brings a new token.
+// "/refresh" once and the request repeated once; the refresh exchange itself is never renewed, so
+// a call makes at most three exchanges. Renewals are serialised across threads: a request whose
+// token another exchange has renewed meanwhile is simply repeated with the new token. When
+// renewing fails and the client holds no newer token, needLogout is raised and the caller gets
+// the expired reply (status 1); every later expired reply tries again.
 //
 // Process-wide state (shared by every instance, as the product has one): the two server-list
-// caches (299 s, one mutex each), the flag-picture cache (read-write lock) and the protocol
-// permission flags.
+// caches (299 s, one mutex each), the flag-picture cache (read-write lock, never held across a
+// download), the per-thread network managers and the protocol permission flags.
 class ServerApi final : public IServerApi {
 public:
     // Milliseconds on a clock that never goes back; ages of the list caches are measured on it.
@@ -87,17 +88,29 @@ public:
     // The text sent with every forced log-out, translated in context "QObject" when raised.
     static QString logoutText();
 
+    // The routes may have changed (a tunnel came up or went down): a kept-alive connection opened
+    // before would carry later exchanges, the IP check included, past the tunnel or into a dead
+    // one. Every thread drops its kept-alive connections before its next exchange; while
+    // `unsettled` (a tunnel is being brought up or verified), every exchange opens a connection of
+    // its own. Any thread may call it; the connection engine does on every mode change.
+    static void routesChanged(bool unsettled);
+
 private:
     enum class Expiry {
         RefreshAndRepeat, // first attempt: renew the token once and repeat
         Logout,           // repeated attempt: an expired reply ends in a forced log-out
         Ignore,           // the refresh exchange itself: its reply is judged by the caller
     };
+    enum class Renewal {
+        Renewed, // the client holds a newer token than the expired one
+        Pending, // failed here, but a renewal below on this thread's stack decides
+        Failed,
+    };
     struct ListCache;
     struct SentRequest {
-        std::unique_ptr<QNetworkAccessManager> manager; // owns the reply
-        QNetworkReply* reply = nullptr;
-        QString token; // the token the request carried, if any
+        std::shared_ptr<QNetworkAccessManager> manager; // the thread's, or this exchange's own
+        std::unique_ptr<QNetworkReply> reply;           // destroyed before the manager
+        QString token;                                  // the token the request carried, if any
     };
 
     QByteArray request(const QString& url, bool isGet, const QJsonObject& body, bool withToken,
@@ -111,6 +124,7 @@ private:
     QString addToken(QNetworkRequest& request);
     void waitForReply(QNetworkReply* reply) const;
     bool refreshToken();
+    Renewal renewToken(const QString& expired);
     LoginResult login(const QString& url, const QJsonObject& body);
     ServerListGettingResult receiveList(ListCache& cache, const QString& url, bool isFullList);
     static ListCache& fullListCache();
@@ -122,7 +136,9 @@ private:
 
     QMutex m_tokenMutex;
     QString m_token;
-    std::optional<QString> m_unrenewableToken; // the forced log-out was raised for it
+    // Held across a renewal: another thread that needs one waits (at most the request limit) and
+    // then finds the new token; a nested renewal on the same thread goes on.
+    QRecursiveMutex m_renewalMutex;
 
     QMutex m_accountMutex;
     bool m_hasAccountInfo = false;

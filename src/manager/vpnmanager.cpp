@@ -2,6 +2,7 @@
 
 #include "api/iserverapi.h"
 #include "api/logoutbroadcaster.h"
+#include "api/serverapi.h"
 #include "platform/nativeplatform.h"
 
 #include <QCoreApplication>
@@ -28,6 +29,11 @@ VpnManager::VpnManager(IServerApi& api, std::unique_ptr<IPlatform> platform,
 {
     QObject::connect(&m_selector, &VpnServerSelector::serverWasChanged, this,
                      &VpnManager::onServerWasChanged);
+    // Every mode change may have moved the routes: no kept-alive connection of the service client
+    // may carry an exchange (the verifying IP check above all) past a tunnel or into a dead one.
+    QObject::connect(&m_chain, &ConnectionChain::modeChanged, this, [this] {
+        ServerApi::routesChanged(m_chain.mode() == ConnectionChain::Connecting);
+    });
 }
 
 VpnManager::~VpnManager() = default;

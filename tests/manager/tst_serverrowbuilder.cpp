@@ -11,40 +11,9 @@ using tavero::test::ServerListMaker;
 
 namespace {
 
-// `count` countries with ids counting down from 1000, so map order (ascending id) is the reverse of
-// name order; each has three servers.
-ServerListGettingResult makeCountries(int count)
-{
-    ServerListMaker maker;
-    for (int i = 0; i < count; ++i) {
-        const int id = 1000 - i;
-        maker.country(id, QStringLiteral("c%1").arg(i),
-                      QStringLiteral("Country %1").arg(i, 3, 10, QLatin1Char('0')));
-        maker.server(id, QStringLiteral("s%1-b").arg(i), 10)
-            .server(id, QStringLiteral("s%1-a").arg(i), 20);
-    }
-    return maker.list();
-}
-
-// Records which worker built which country, from any thread.
-struct WorkerLog {
-    QMutex mutex;
-    QMap<int, QVector<int>> countriesByWorker;
-    QSet<Qt::HANDLE> threads;
-
-    ServerRowBuilder::RowObserver observer()
-    {
-        return [this](int worker, int countryId) {
-            const QMutexLocker locker(&mutex);
-            countriesByWorker[worker].append(countryId);
-            threads.insert(QThread::currentThreadId());
-        };
-    }
-};
-
+// A 1-pixel-high picture one wider than the code is long, so each row's flag is recognisable.
 QImage flagFor(const QString& code)
 {
-    // A 1-pixel-high picture as wide as the code is long, so each row's flag is recognisable.
     QImage image(code.size() + 1, 1, QImage::Format_RGB32);
     image.fill(Qt::red);
     return image;
@@ -55,54 +24,10 @@ QImage flagFor(const QString& code)
 class TestServerRowBuilder : public QObject {
     Q_OBJECT
 private slots:
-    void splitsCountriesAmongWorkers_data();
-    void splitsCountriesAmongWorkers();
     void workersBuildTheirShare_data();
     void workersBuildTheirShare();
-    void sortsRowsByNameAndServersByName();
-    void attachesEachCountrysFlag();
-    void missingCountryGivesDefaultRow();
-    void withoutLoaderFlagsStayNull();
-    void keepsEveryRowUnderLoad();
+    void sortsRowsAndServersByName();
 };
-
-void TestServerRowBuilder::splitsCountriesAmongWorkers_data()
-{
-    QTest::addColumn<int>("countries");
-    QTest::addColumn<int>("threads");
-    QTest::addColumn<QVector<int>>("sizes");
-
-    const auto sizes = [](int each, int workers, int last) {
-        QVector<int> result(workers - 1, each);
-        result.append(last);
-        return result;
-    };
-    QTest::newRow("45 over 20") << 45 << 20 << sizes(2, 20, 7);
-    QTest::newRow("5 over 20: all to the last") << 5 << 20 << sizes(0, 20, 5);
-    QTest::newRow("40 over 20: even") << 40 << 20 << sizes(2, 20, 2);
-    QTest::newRow("19 over 20") << 19 << 20 << sizes(0, 20, 19);
-    QTest::newRow("none") << 0 << 20 << sizes(0, 20, 0);
-    QTest::newRow("one worker") << 7 << 1 << QVector<int>{7};
-    QTest::newRow("zero workers count as one") << 7 << 0 << QVector<int>{7};
-}
-
-void TestServerRowBuilder::splitsCountriesAmongWorkers()
-{
-    QFETCH(int, countries);
-    QFETCH(int, threads);
-    QFETCH(QVector<int>, sizes);
-
-    const QVector<QPair<int, int>> ranges = ServerRowBuilder::workerRanges(countries, threads);
-    QVector<int> actual;
-    int expectedFirst = 0;
-    for (const auto& range : ranges) {
-        QCOMPARE(range.first, expectedFirst); // consecutive, no gap, no overlap
-        actual.append(range.second - range.first);
-        expectedFirst = range.second;
-    }
-    QCOMPARE(actual, sizes);
-    QCOMPARE(expectedFirst, countries);
-}
 
 void TestServerRowBuilder::workersBuildTheirShare_data()
 {
@@ -110,8 +35,10 @@ void TestServerRowBuilder::workersBuildTheirShare_data()
     QTest::addColumn<int>("perWorker");
     QTest::addColumn<int>("lastWorker");
 
-    QTest::newRow("45 countries") << 45 << 2 << 7;
-    QTest::newRow("5 countries") << 5 << 0 << 5;
+    QTest::newRow("45 countries: 19 x 2, then 7") << 45 << 2 << 7;
+    QTest::newRow("5 countries: all to the last") << 5 << 0 << 5;
+    QTest::newRow("200 countries: 19 x 10, then 10") << 200 << 10 << 10;
+    QTest::newRow("none") << 0 << 0 << 0;
 }
 
 void TestServerRowBuilder::workersBuildTheirShare()
@@ -120,31 +47,56 @@ void TestServerRowBuilder::workersBuildTheirShare()
     QFETCH(int, perWorker);
     QFETCH(int, lastWorker);
 
-    WorkerLog log;
-    ServerRowBuilder builder(flagFor);
+    // Ids count down, so map order (ascending id) is the reverse of name order.
+    ServerListMaker maker;
+    for (int i = 0; i < countries; ++i) {
+        maker.country(1000 - i, QStringLiteral("c%1").arg(i),
+                      QStringLiteral("Country %1").arg(i, 3, 10, QLatin1Char('0')));
+        maker.server(1000 - i, QStringLiteral("s%1").arg(i), 10);
+    }
+    const ServerListGettingResult list = maker.list();
+
+    QMutex mutex;
+    QMap<int, QVector<int>> countriesByWorker;
+    QSet<Qt::HANDLE> threads;
+    // Slow flag loads make the workers overlap while they append their rows.
+    ServerRowBuilder builder([](const QString& code) {
+        QThread::usleep(200);
+        return flagFor(code);
+    });
     QCOMPARE(builder.threadCount(), ServerRowBuilder::defaultThreadCount);
-    builder.setRowObserver(log.observer());
-    const ServerListGettingResult list = makeCountries(countries);
+    builder.setRowObserver([&](int worker, int countryId) {
+        const QMutexLocker locker(&mutex);
+        countriesByWorker[worker].append(countryId);
+        threads.insert(QThread::currentThreadId());
+    });
     const QVector<CountryPresentationData> rows = builder.build(list);
 
-    QCOMPARE(rows.size(), countries);
     for (int worker = 0; worker < 19; ++worker)
-        QCOMPARE(log.countriesByWorker.value(worker).size(), perWorker);
-    QCOMPARE(log.countriesByWorker.value(19).size(), lastWorker);
-    QVERIFY(!log.countriesByWorker.contains(20));
-
+        QCOMPARE(countriesByWorker.value(worker).size(), perWorker);
+    QCOMPARE(countriesByWorker.value(19).size(), lastWorker);
+    QVERIFY(!countriesByWorker.contains(20));
     // Each worker takes consecutive countries in map order, the last one the tail.
     const QList<int> ids = list.serversByCountry.keys();
-    QCOMPARE(log.countriesByWorker.value(19).last(), ids.last());
+    if (countries > 0)
+        QCOMPARE(countriesByWorker.value(19).last(), ids.last());
     if (perWorker > 0)
-        QCOMPARE(log.countriesByWorker.value(0), (QVector<int>{ids[0], ids[1]}));
-    // Built off the calling thread.
-    QVERIFY(!log.threads.contains(QThread::currentThreadId()));
-    if (perWorker > 0)
-        QVERIFY(log.threads.size() > 1);
+        QCOMPARE(countriesByWorker.value(0).mid(0, 2), (QVector<int>{ids[0], ids[1]}));
+    QVERIFY(!threads.contains(QThread::currentThreadId()));
+
+    // Every row arrives once, with its flag, in name order.
+    QCOMPARE(rows.size(), countries);
+    QSet<int> built;
+    for (int i = 0; i < rows.size(); ++i) {
+        built.insert(rows[i].country.id);
+        QCOMPARE(rows[i].flagImage.width(), rows[i].country.code.size() + 1);
+        if (i > 0)
+            QVERIFY(rows[i - 1].country.name < rows[i].country.name);
+    }
+    QCOMPARE(built.size(), countries);
 }
 
-void TestServerRowBuilder::sortsRowsByNameAndServersByName()
+void TestServerRowBuilder::sortsRowsAndServersByName()
 {
     ServerListMaker maker;
     maker.country(1, QStringLiteral("zz"), QStringLiteral("Zambia"))
@@ -156,7 +108,12 @@ void TestServerRowBuilder::sortsRowsByNameAndServersByName()
             .server(id, QStringLiteral("B-1"), 9)
             .server(id, QStringLiteral("a-3"), 1);
     }
-    const QVector<CountryPresentationData> rows = ServerRowBuilder(flagFor).build(maker.list());
+    // A server whose country the list lacks gets a default row: no name, so it sorts first.
+    maker.server(77, QStringLiteral("orphan"), 1);
+    QVector<CountryPresentationData> rows = ServerRowBuilder(flagFor).build(maker.list());
+    QCOMPARE(rows.size(), 5);
+    QCOMPARE(rows[0].country.id, -1);
+    QCOMPARE(rows.takeFirst().servers.first().name, QStringLiteral("orphan"));
 
     QStringList names;
     for (const CountryPresentationData& row : rows) {
@@ -171,78 +128,6 @@ void TestServerRowBuilder::sortsRowsByNameAndServersByName()
     }
     QCOMPARE(names, (QStringList{QStringLiteral("Albania"), QStringLiteral("Malta"),
                                  QStringLiteral("Zambia"), QStringLiteral("latvia")}));
-}
-
-void TestServerRowBuilder::attachesEachCountrysFlag()
-{
-    QMutex mutex;
-    QStringList asked;
-    ServerRowBuilder builder([&](const QString& code) {
-        {
-            const QMutexLocker locker(&mutex);
-            asked << code;
-        }
-        return flagFor(code);
-    });
-    ServerListMaker maker;
-    maker.country(1, QStringLiteral("de"), QStringLiteral("Germany"))
-        .country(2, QStringLiteral("nld"), QStringLiteral("Netherlands"))
-        .server(1, QStringLiteral("de-1"), 1)
-        .server(2, QStringLiteral("nl-1"), 1);
-    const QVector<CountryPresentationData> rows = builder.build(maker.list());
-
-    QCOMPARE(rows.size(), 2);
-    QCOMPARE(rows[0].flagImage.width(), 3); // "de"
-    QCOMPARE(rows[1].flagImage.width(), 4); // "nld"
-    asked.sort();
-    QCOMPARE(asked, (QStringList{QStringLiteral("de"), QStringLiteral("nld")}));
-}
-
-void TestServerRowBuilder::missingCountryGivesDefaultRow()
-{
-    ServerListMaker maker;
-    maker.country(1, QStringLiteral("de"), QStringLiteral("Germany"))
-        .server(1, QStringLiteral("de-1"), 1)
-        .server(77, QStringLiteral("orphan-1"), 1);
-    const QVector<CountryPresentationData> rows = ServerRowBuilder(flagFor).build(maker.list());
-
-    QCOMPARE(rows.size(), 2);
-    // The default country has an empty name and sorts first.
-    QCOMPARE(rows[0].country.id, -1);
-    QVERIFY(rows[0].country.code.isEmpty());
-    QCOMPARE(rows[0].servers.size(), 1);
-    QCOMPARE(rows[0].servers[0].name, QStringLiteral("orphan-1"));
-    QCOMPARE(rows[1].country.name, QStringLiteral("Germany"));
-}
-
-void TestServerRowBuilder::withoutLoaderFlagsStayNull()
-{
-    const QVector<CountryPresentationData> rows =
-        ServerRowBuilder(ServerRowBuilder::FlagLoader(), 1).build(makeCountries(3));
-    QCOMPARE(rows.size(), 3);
-    for (const CountryPresentationData& row : rows)
-        QVERIFY(row.flagImage.isNull());
-}
-
-void TestServerRowBuilder::keepsEveryRowUnderLoad()
-{
-    // Slow flag loads make the workers overlap while appending.
-    ServerRowBuilder builder([](const QString& code) {
-        QThread::usleep(200);
-        return flagFor(code);
-    });
-    const ServerListGettingResult list = makeCountries(200);
-    const QVector<CountryPresentationData> rows = builder.build(list);
-
-    QCOMPARE(rows.size(), 200);
-    QSet<int> ids;
-    for (int i = 0; i < rows.size(); ++i) {
-        ids.insert(rows[i].country.id);
-        QVERIFY(!rows[i].flagImage.isNull());
-        if (i > 0)
-            QVERIFY(rows[i - 1].country.name < rows[i].country.name);
-    }
-    QCOMPARE(ids.size(), 200);
 }
 
 TAVERO_TEST_GUILESS_MAIN(TestServerRowBuilder)

@@ -141,7 +141,10 @@ bool DevService::start(std::string& error)
         // Small replies must not wait for a delayed ACK.
         server->set_tcp_nodelay(true);
         // An idle kept-alive connection holds a worker until this runs out, also at shutdown.
-        server->set_keep_alive_timeout(1);
+        server->set_keep_alive_timeout(m_options.keepAliveSeconds);
+        // Clients keep their connections as long as the service lets them (the library's own
+        // default closes every fifth request's connection).
+        server->set_keep_alive_max_count(1000);
         server->new_task_queue = [] { return new httplib::ThreadPool(24); };
         server->set_error_handler([](const Request&, Response& response) {
             if (!response.body.empty() || response.has_header(faultHeader))
@@ -285,7 +288,7 @@ void DevService::afterRouting(const Request& request, const std::string& journal
         return;
     m_journal.record({request.method, journalPath, request.target,
                       request.get_header_value("Authorization"), request.get_header_value("Accept"),
-                      request.get_header_value("Content-Type"), request.body});
+                      request.get_header_value("Content-Type"), request.body, request.remote_port});
 }
 
 std::optional<std::string> DevService::authorise(const Request& request, Response& response)
@@ -610,7 +613,8 @@ void DevService::installControl()
                                        {"authorization", q(entry.authorization)},
                                        {"accept", q(entry.accept)},
                                        {"content_type", q(entry.contentType)},
-                                       {"body", q(entry.body)}});
+                                       {"body", q(entry.body)},
+                                       {"client_port", entry.clientPort}});
         }
         sendJson(response, 200, {{"requests", entries}});
     });

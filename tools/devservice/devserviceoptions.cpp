@@ -34,8 +34,9 @@ std::string DevServiceOptions::usage()
 {
     return "usage: tavero-devservice [--data FILE] [--state-dir DIR] [--bind ADDR]\n"
            "                         [--https-port N] [--http-port N] [--tunnel-port N]\n"
-           "                         [--vpn-pool CIDR] [--token-lifetime SECONDS] [--verbose]\n"
-           "                         [--exit-with-parent] [--ikev2]\n"
+           "                         [--vpn-pool CIDR] [--token-lifetime SECONDS]\n"
+           "                         [--keep-alive SECONDS] [--verbose] [--exit-with-parent]\n"
+           "                         [--ikev2]\n"
            "Ports default to 8443 (HTTPS API and /json), 8080 (plain-HTTP probe) and 8445\n"
            "(stand-in tunnels); 0 picks a free port. See tools/devservice/README.md.\n";
 }
@@ -87,6 +88,8 @@ std::optional<DevServiceOptions> DevServiceOptions::parse(int argc, char** argv,
             options.vpnPool = value;
         else if (option == "--token-lifetime")
             ok = toNumber(value, 0, 100000000, options.tokenLifetimeSeconds);
+        else if (option == "--keep-alive")
+            ok = toNumber(value, 1, 600, options.keepAliveSeconds);
         else {
             error = "unknown option " + std::string(option);
             return std::nullopt;

@@ -19,6 +19,7 @@ public:
         std::string accept;
         std::string contentType;
         std::string body;
+        int clientPort = -1; // the same port means the same (kept-alive) connection
     };
 
     static constexpr std::size_t keptEntries = 500;
