@@ -2,13 +2,13 @@
 
 #include "api/serverapi.h"
 #include "app/messagehandler.h"
+#include "app/signalwatcher.h"
 #include "buildinfo.h"
 #include "cli/cliapp.h"
 #include "cli/clioptions.h"
 #include "cli/clioutput.h"
 #include "cli/exitcode.h"
 #include "cli/passwordreader.h"
-#include "cli/signalwatcher.h"
 #include "manager/vpnmanager.h"
 #include "platform/nativeplatform.h"
 
@@ -56,9 +56,9 @@ int main(int argc, char* argv[])
 
     // Before anything that can block, so a stop request during the log-in or the first attempt
     // is not lost; other commands keep the default reaction to signals.
-    std::unique_ptr<SignalWatcher> stopSignals;
+    std::unique_ptr<tavero::SignalWatcher> stopSignals;
     if (options.command == CliOptions::Command::Connect)
-        stopSignals = std::make_unique<SignalWatcher>();
+        stopSignals = std::make_unique<tavero::SignalWatcher>();
 
     tavero::ServerApi api;
     PasswordReader passwordReader;
@@ -66,7 +66,7 @@ int main(int argc, char* argv[])
         options, output, api, [&api] { return std::make_unique<tavero::VpnManager>(api); },
         [&passwordReader](QString& password) { return passwordReader.read(password); });
     if (stopSignals) {
-        QObject::connect(stopSignals.get(), &SignalWatcher::stopRequested, &app,
+        QObject::connect(stopSignals.get(), &tavero::SignalWatcher::stopRequested, &app,
                          [&cli](int signalNumber) { cli.requestStop(signalNumber); });
     }
     return cli.run();

@@ -28,6 +28,9 @@ VpnManager::VpnManager(IServerApi& api, std::unique_ptr<IPlatform> platform,
 {
     QObject::connect(&m_selector, &VpnServerSelector::serverWasChanged, this,
                      &VpnManager::onServerWasChanged);
+    // A copy that crashed (or was killed) while the kill switch held the network cut left the
+    // switched-off connections on disk: every client that builds a manager brings them back.
+    m_killSwitcher.restoreLeftover();
 }
 
 VpnManager::~VpnManager() = default;

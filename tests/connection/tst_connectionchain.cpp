@@ -4,6 +4,7 @@
 #include "connection/killswitcher.h"
 #include "platform/platformoverrides.h"
 #include "support/fakeserverapi.h"
+#include "support/standinlog.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
@@ -327,28 +328,119 @@ private slots:
         QVERIFY(!chain().isReestablishScheduled());
     }
 
-    void harmlessNoNetworkBreakReturnsToConnected()
+
+    // A NoNetwork break is asked about again with the tunnel still in place; only a bad answer
+    // tears it down, and with the kill switch on the network goes before the tunnel.
+    void noNetworkBreakKeepsTheTunnelWhileAsking_data()
     {
+        QTest::addColumn<bool>("killSwitch");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<int>("mode");
+        QTest::newRow("still protected") << false << int(RequestResult::Ok) << 1;
+        QTest::newRow("no reply, kill switch") << true << int(RequestResult::NoInternet) << 5;
+    }
+    void noNetworkBreakKeepsTheTunnelWhileAsking()
+    {
+        QFETCH(bool, killSwitch);
+        QFETCH(int, answer);
+        QFETCH(int, mode);
+        m_settings->setKillSwitch(killSwitch);
+        m_settings->setProtocolTypes(IKEv2);
         QVERIFY(chain().connect(server("de-1")).isSuccess);
+        const int teardowns = m_platform->callCount("disconnect");
+        int teardownsWhileAsking = -1;
+        m_api->ipResult = ipAnswer(answer == RequestResult::Ok, answer);
+        m_api->onCall("receiveIp",
+                      [&] { teardownsWhileAsking = m_platform->callCount("disconnect"); });
         QSignalSpy expired(&chain(), &ConnectionChain::protocolsExpired);
-        QSignalSpy modes(&chain(), &ConnectionChain::modeChanged);
-        chain().onBreakDetected(ConnectionKeeper::NoNetwork); // the service answers protected
-        QCOMPARE(chain().mode(), ConnectionChain::Connected);
-        QVERIFY(expired.isEmpty());
-        QVERIFY(modes.count() >= 2); // Disconnected, then Connected again
-        const int checks = m_api->calls("receiveIp");
-        QTRY_VERIFY(m_api->calls("receiveIp") > checks); // the keeper runs again
+        if (killSwitch)
+            QTest::ignoreMessage(QtWarningMsg, "Internet stopped by killswitch");
+        chain().onBreakDetected(ConnectionKeeper::NoNetwork);
+        QCOMPARE(teardownsWhileAsking, teardowns);
+        QCOMPARE(int(chain().mode()), mode);
+        QCOMPARE(expired.count(), mode == ConnectionChain::Connected ? 0 : 1);
+        if (killSwitch) {
+            const QStringList calls = m_platform->callNames();
+            QVERIFY(calls.lastIndexOf("turnOffInternet") < calls.lastIndexOf("disconnect"));
+            QVERIFY(m_platform->isNetworkOff());
+        } else {
+            QCOMPARE(m_platform->callCount("disconnect"), teardowns);
+            const int checks = m_api->calls("receiveIp");
+            QTRY_VERIFY(m_api->calls("receiveIp") > checks); // the keeper runs again
+        }
     }
 
-    void modeTexts()
+    // The user connects to another server while the break of the old tunnel is being handled
+    // (its address check waits in a nested loop): the new tunnel is kept and not cut off.
+    void connectDuringBreakHandlingWins_data()
     {
-        QCOMPARE(chain().modeText(), QString("Disconnected"));
-        chain().setMode(ConnectionChain::Connected);
-        QCOMPARE(chain().modeText(), QString("Connected"));
-        chain().setMode(ConnectionChain::Failed);
-        QCOMPARE(chain().modeText(), QString("Disconnected"));
-        QCOMPARE(int(ConnectionChain::Connecting), 0);
-        QCOMPARE(int(ConnectionChain::Failed), 5);
+        QTest::addColumn<bool>("killSwitch");
+        QTest::newRow("kill switch on") << true;
+        QTest::newRow("kill switch off") << false;
+    }
+    void connectDuringBreakHandlingWins()
+    {
+        QFETCH(bool, killSwitch);
+        m_settings->setKillSwitch(killSwitch);
+        m_settings->setProtocolTypes(IKEv2);
+        QVERIFY(chain().connect(server("de-1")).isSuccess);
+        bool userActed = false;
+        m_api->onCall("receiveIp", [&] {
+            m_api->ipResult = ipAnswer(true);
+            if (userActed)
+                return;
+            userActed = true;
+            QVERIFY(chain().connect(server("fr-1")).isSuccess);
+            m_api->ipResult = ipAnswer(false, RequestResult::NoInternet); // the stale check's answer
+        });
+        QSignalSpy expired(&chain(), &ConnectionChain::protocolsExpired);
+        chain().onBreakDetected(ConnectionKeeper::NoNetwork);
+        QVERIFY(userActed);
+        QCOMPARE(chain().mode(), ConnectionChain::Connected);
+        QCOMPARE(chain().currentServer().name, QString("fr-1"));
+        QVERIFY(!m_platform->isNetworkOff());
+        QVERIFY(expired.isEmpty());
+        QCOMPARE(m_platform->callCount("connectIKEv2"), 2); // de-1 and the user's fr-1 only
+    }
+
+    // A keeper check of the old tunnel is still waiting when the user moves to another server:
+    // its bad answer must not tear down the new tunnel.
+    void staleKeeperAnswerLeavesTheNewTunnel()
+    {
+        m_settings->setProtocolTypes(IKEv2);
+        m_settings->setKillSwitch(true);
+        QVERIFY(chain().connect(server("de-1")).isSuccess);
+        bool moved = false;
+        m_api->onCall("receiveIp", [&] {
+            m_api->ipResult = ipAnswer(true);
+            if (moved)
+                return;
+            moved = true; // this is the keeper's check of de-1
+            QVERIFY(chain().connect(server("fr-1")).isSuccess);
+            m_api->ipResult = ipAnswer(false); // what the old check now answers
+        });
+        QSignalSpy expired(&chain(), &ConnectionChain::protocolsExpired);
+        QTRY_VERIFY(moved);
+        const int checks = m_api->calls("receiveIp");
+        QTRY_VERIFY(m_api->calls("receiveIp") > checks + 2); // the new tunnel's own checks
+        QCOMPARE(chain().mode(), ConnectionChain::Connected);
+        QCOMPARE(chain().currentServer().name, QString("fr-1"));
+        QVERIFY(expired.isEmpty());
+        QVERIFY(!m_platform->isNetworkOff());
+        QCOMPARE(m_platform->callCount("connectIKEv2"), 2);
+    }
+
+    // Every protocol failed, the last one with an openvpn that reported an error and kept
+    // running: the chain stops what it tried, so nothing is left out of reach.
+    void failedAttemptLeavesNoOpenVpnRunning()
+    {
+        tavero::test::StandInLog standIns;
+        m_settings->setProtocolTypes(OvpnUdp | OvpnTcp);
+        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "error");
+        QVERIFY(!chain().connect(server("de-1")).isSuccess);
+        QCOMPARE(standIns.starts().size(), 2);
+        QTRY_COMPARE(standIns.live(), QVector<qint64>{});
+        QCOMPARE(standIns.leftoverConfigs(), QStringList{});
     }
 };
 

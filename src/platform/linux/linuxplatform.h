@@ -30,8 +30,13 @@ public:
         // Makes the network switch for a pass that starts with nothing remembered; default picks
         // NetworkManager when it runs on the system bus, interfaces otherwise.
         BackendFactory networkBackendFactory;
+        // Where the switched-off connections are kept across a crash; empty keeps them in memory
+        // only. The default constructor uses killSwitchStateFileDefault().
+        QString killSwitchStateFile;
     };
 
+    // The product's platform: switched-off connections survive a crash in
+    // killSwitchStateFileDefault(), and a start finds them there.
     LinuxPlatform();
     explicit LinuxPlatform(Options options);
     ~LinuxPlatform() override;
@@ -58,6 +63,8 @@ public:
     QStringList rememberedConnections() const { return m_remembered; }
     // The start entry's file.
     QString autostartFilePath() const;
+    // $XDG_STATE_HOME/tavero/killswitch.json, else ~/.local/state/tavero/killswitch.json.
+    static QString killSwitchStateFileDefault();
 
     // Effective uid 0, or CAP_NET_ADMIN in the effective capability set.
     static bool isRunningAsAdministrator();
@@ -103,8 +110,12 @@ private:
     void switchOffPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status);
     void switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status, bool& reenabled);
     QString programPath() const;
+    void loadRemembered();
+    bool saveRemembered();
 
     Options m_options;
+    // Backend that wrote the remembered identifiers of an earlier run ("interfaces", ...).
+    QString m_rememberedBackend;
     // The backend that made the remembered list; identifiers only mean something to it.
     std::unique_ptr<NetworkSwitchBackend> m_backend;
     QStringList m_remembered;

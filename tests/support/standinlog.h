@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+#include <QVector>
+
+namespace tavero::test {
+
+// Reads the OpenVPN stand-in's start log (TAVERO_FAKE_OPENVPN_LOG, which the constructor points
+// at a file of its own for this process and its children): which stand-ins were started, which
+// still run, and which configuration files are still on disk.
+class StandInLog {
+public:
+    struct Start {
+        qint64 pid = 0;
+        QString config;
+    };
+
+    StandInLog();
+    ~StandInLog();
+    StandInLog(const StandInLog&) = delete;
+    StandInLog& operator=(const StandInLog&) = delete;
+
+    QVector<Start> starts() const;
+    // Stand-ins of the log that still run (zombies do not count).
+    QVector<qint64> live() const;
+    // Configuration files of the log that still exist.
+    QStringList leftoverConfigs() const;
+    // Kills (SIGKILL) every live stand-in of the log.
+    void killAll() const;
+
+    static bool isRunning(qint64 pid);
+
+private:
+    QTemporaryDir m_dir;
+    QByteArray m_previous;
+};
+
+} // namespace tavero::test
