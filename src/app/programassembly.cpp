@@ -9,11 +9,11 @@
 #include "manager/vpnmanager.h"
 #include "platform/iplatform.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
-#include <QApplication>
 #include <QMessageBox>
 #include <QThread>
 

@@ -272,35 +272,24 @@ OperationResult ConnectionChain::disconnectNoBlock()
 void ConnectionChain::onBreakDetected(ConnectionKeeper::BreakReason breakReason)
 {
     qDebug() << "ConnectionChain::onBreakDetected";
-    if (m_operation != Operation::None) {
-        // The keeper runs only while the chain is idle; a report arriving otherwise is stale.
+    if (m_operation == Operation::Connecting || m_operation == Operation::Disconnecting) {
+        // The keeper is stopped before every attempt and teardown: a report now is about a
+        // tunnel that is already being replaced.
         qDebug() << "break report ignored: an operation is running";
         return;
     }
+    // Also nested in the handling of an earlier break: a connect made meanwhile started the
+    // keeper for its new tunnel, and this report is about that one.
     const OperationScope scope(*this, Operation::HandlingBreak);
     handleBreak(breakReason);
 }
 
 void ConnectionChain::handleBreak(ConnectionKeeper::BreakReason breakReason)
 {
-    const quint64 generation = m_generation;
-    if (breakReason == ConnectionKeeper::NoNetwork && m_currentIndex >= 0) {
-        // Asked again with the tunnel still in place: tearing it down first would send traffic
-        // past the tunnel, and past the kill switch, for as long as the answer takes.
-        const IpGettingResult ip = m_api.receiveIp();
-        if (generation != m_generation) {
-            qDebug() << "break handling ended: the tunnel was replaced meanwhile";
-            return;
-        }
-        if (ip.status == RequestResult::Ok && ip.isProtected) {
-            m_keeper.start();
-            setMode(Connected);
-            return;
-        }
-    }
     if (m_settings.isKillSwitch()) {
-        // The network goes first, then the tunnel: no moment with the tunnel gone and the
-        // network open.
+        // At once, network first and tunnel second: no moment with the tunnel gone and the
+        // network open, and no waiting for a second answer that could only come through the
+        // broken tunnel or past it.
         m_isKillSwitching = true;
         m_needReestablish = false;
         m_killSwitcher.stopInternet();
@@ -310,9 +299,24 @@ void ConnectionChain::handleBreak(ConnectionKeeper::BreakReason breakReason)
         }
         m_currentServer = VpnServerInformation();
         m_currentIndex = -1;
-        setMode(Failed);
         m_isKillSwitching = false;
+        setMode(Failed);
     } else {
+        if (breakReason == ConnectionKeeper::NoNetwork && m_currentIndex >= 0) {
+            // Asked again with the tunnel still in place, so the traffic of the wait still goes
+            // through it. A connect or disconnect of the user during the wait wins.
+            const quint64 generation = m_generation;
+            const IpGettingResult ip = m_api.receiveIp();
+            if (generation != m_generation) {
+                qDebug() << "break handling ended: the tunnel was replaced meanwhile";
+                return;
+            }
+            if (ip.status == RequestResult::Ok && ip.isProtected) {
+                m_keeper.start();
+                setMode(Connected);
+                return;
+            }
+        }
         {
             // User actions during the teardown are refused, so nothing else changes the tunnel.
             const OperationScope teardown(*this, Operation::Disconnecting);
@@ -330,8 +334,7 @@ void ConnectionChain::tryToReestablishConnection()
     qDebug() << "tryToReestablishConnection";
     // Not while a connect or disconnect runs further down the stack: they decide what the
     // tunnel is; the next shot tries again.
-    const bool free =
-        m_operation == Operation::None || m_operation == Operation::HandlingBreak;
+    const bool free = m_operation == Operation::None || m_operation == Operation::HandlingBreak;
     if (m_needReestablish && free) {
         emit reestablishStarted();
         const OperationResult result = connect(m_lastConnectedServer);

@@ -15,8 +15,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 #include <QList>
+#include <QSaveFile>
 #include <QStandardPaths>
 #include <cerrno>
 #include <csignal>
