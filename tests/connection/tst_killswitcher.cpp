@@ -132,6 +132,42 @@ private slots:
         QVERIFY(!m_platform->isNetworkOff());
     }
 
+    // The state follows what the platform reports it really switched: a cut that switched nothing
+    // is no cut; a restore that left connections off is reported, keeps the state and is tried
+    // again, by the next restore as by the end of the program.
+    void stateFollowsWhatThePlatformDid()
+    {
+        m_settings->setKillSwitch(true);
+        auto switcher = makeSwitcher();
+        m_platform->queueResult("turnOffInternet", OperationResult(QString("denied")));
+        m_platform->queueAnswer("haveDisabledNetDevicesByKillSwitch", false);
+        QTest::ignoreMessage(QtCriticalMsg, "The kill switch could not cut the network: denied");
+        switcher->stopInternet();
+        QVERIFY(!switcher->isInternetOff());
+
+        QTest::ignoreMessage(QtWarningMsg, "Internet stopped by killswitch");
+        switcher->stopInternet();
+        QVERIFY(switcher->isInternetOff());
+        m_platform->queueAnswer("haveDisabledNetDevicesByKillSwitch", true);
+        const QRegularExpression notRestored("^Could not switch the network back on");
+        QTest::ignoreMessage(QtCriticalMsg, notRestored);
+        QVERIFY(!switcher->startInternet(30));
+        QVERIFY(switcher->isInternetOff());
+        QVERIFY(!switcher->canInternetOff());
+        switcher->startInternet(30);
+        QCOMPARE(m_platform->callCount("turnOnInternet"), 2);
+        QCOMPARE(switcher->state(), KillSwitcher::InternetOn);
+
+        QTest::ignoreMessage(QtWarningMsg, "Internet stopped by killswitch");
+        switcher->stopInternet();
+        for (int i = 0; i < 3; ++i)
+            m_platform->queueAnswer("haveDisabledNetDevicesByKillSwitch", true);
+        QTest::ignoreMessage(QtCriticalMsg, "The network connections switched off by the kill "
+                                            "switch could not be switched on");
+        switcher.reset();
+        QCOMPARE(m_platform->callCount("turnOnNetDevices"), 3);
+    }
+
     void endingAfterRestoreTouchesNothing()
     {
         m_settings->setKillSwitch(true);
