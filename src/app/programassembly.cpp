@@ -3,6 +3,7 @@
 #include "api/serverapi.h"
 #include "app/languagemaster.h"
 #include "app/programlaunchchecker.h"
+#include "connection/runtimedirectory.h"
 #include "gui/shell/controllerinjector.h"
 #include "gui/shell/viewmanager.h"
 #include "manager/vpnmanager.h"
@@ -42,6 +43,9 @@ ProgramAssembly::~ProgramAssembly()
 
 bool ProgramAssembly::assemble(bool isAdministrator)
 {
+    // An openvpn (and its configuration file) left by a copy that was killed would keep a tunnel
+    // nobody controls beside the one this copy brings up.
+    RuntimeDirectory::removeLeftovers();
     m_api = std::make_unique<ServerApi>();
     m_manager =
         std::make_unique<VpnManager>(*m_api, std::move(m_options.platform), m_options.chainOptions);
