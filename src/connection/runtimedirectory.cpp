@@ -153,7 +153,7 @@ int RuntimeDirectory::removeLeftovers()
 {
 #ifndef Q_OS_LINUX
     return 0; // without /proc no owner can be told alive or gone
-#endif
+#else
     const QString directory = path();
     if (directory.isEmpty())
         return 0;
@@ -178,6 +178,7 @@ int RuntimeDirectory::removeLeftovers()
         QFile::remove(entry.absoluteFilePath());
     }
     return stopped;
+#endif
 }
 
 } // namespace tavero
