@@ -304,6 +304,10 @@ OvpnConnection::Outcome OvpnConnection::runOnce(const QString& configText, quint
     if (!waitInLoop(loop, attempt)) {
         return Outcome::Superseded;
     }
+    if (*outcome == Outcome::Up) {
+        // The tunnel may run for days; what OpenVPN writes from now on would only pile up.
+        QObject::connect(process, &QProcess::readyRead, process, [process] { process->readAll(); });
+    }
     return *outcome;
 }
 
