@@ -4,6 +4,7 @@
 #include "app/languagemaster.h"
 #include "app/programlaunchchecker.h"
 #include "app/signalwatcher.h"
+#include "connection/runtimedirectory.h"
 #include "gui/shell/controllerinjector.h"
 #include "gui/shell/viewmanager.h"
 #include "manager/vpnmanager.h"
@@ -54,6 +55,9 @@ bool ProgramAssembly::assemble(bool isAdministrator)
     m_stopSignals = std::make_unique<SignalWatcher>();
     QObject::connect(m_stopSignals.get(), &SignalWatcher::stopRequested,
                      [this](int signalNumber) { requestOrderlyExit(signalNumber); });
+    // An openvpn (and its configuration file) left by a copy that was killed would keep a tunnel
+    // nobody controls beside the one this copy brings up.
+    RuntimeDirectory::removeLeftovers();
     m_api = std::make_unique<ServerApi>();
     m_manager =
         std::make_unique<VpnManager>(*m_api, std::move(m_options.platform), m_options.chainOptions);

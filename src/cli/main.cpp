@@ -9,6 +9,7 @@
 #include "cli/clioutput.h"
 #include "cli/exitcode.h"
 #include "cli/passwordreader.h"
+#include "connection/runtimedirectory.h"
 #include "manager/vpnmanager.h"
 #include "platform/nativeplatform.h"
 
@@ -43,6 +44,10 @@ int main(int argc, char* argv[])
     QTranslator english;
     if (english.load(QStringLiteral(":/translations/eng")))
         QCoreApplication::installTranslator(&english);
+
+    // As in the graphical client: an openvpn left by a killed copy is stopped before anything
+    // connects or reports the state.
+    tavero::RuntimeDirectory::removeLeftovers();
 
     // As in the graphical client: without administrator rights neither OpenVPN nor the kill
     // switch is offered. There is no elevation prompt here; run it with the rights it needs.
