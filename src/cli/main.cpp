@@ -2,6 +2,7 @@
 
 #include "api/serverapi.h"
 #include "app/messagehandler.h"
+#include "app/settings.h"
 #include "app/signalwatcher.h"
 #include "buildinfo.h"
 #include "cli/cliapp.h"
@@ -9,6 +10,7 @@
 #include "cli/clioutput.h"
 #include "cli/exitcode.h"
 #include "cli/passwordreader.h"
+#include "connection/killswitcher.h"
 #include "connection/runtimedirectory.h"
 #include "manager/vpnmanager.h"
 #include "platform/nativeplatform.h"
@@ -66,6 +68,13 @@ int main(int argc, char* argv[])
         stopSignals = std::make_unique<tavero::SignalWatcher>();
 
     tavero::ServerApi api;
+    // Likewise the network connections such a copy's kill switch left switched off come back,
+    // whatever the command: `status` must not describe a machine cut off by a dead client.
+    {
+        tavero::NativePlatform platform;
+        tavero::Settings settings;
+        tavero::KillSwitcher(api, platform, settings).restoreLeftover();
+    }
     PasswordReader passwordReader;
     CliApp cli(
         options, output, api, [&api] { return std::make_unique<tavero::VpnManager>(api); },
