@@ -31,11 +31,10 @@ struct ConnectionChainOptions {
     OvpnConnection::Limits openVpnLimits;
     int reestablishIntervalMs = 60000;
     int keeperIntervalMs = ConnectionKeeper::defaultIntervalMs;
-    // While an IKEv2 dial runs the chain waits for its end in a nested event loop; these bound
-    // how long that loop goes without checking the dial once more (a safety net, the dial's end
-    // wakes it at once).
+    // While an IKEv2 dial runs the chain waits for its end in a nested event loop; this bounds how
+    // long that loop goes without checking the dial once more (a safety net: the dial's end wakes
+    // it at once).
     int asyncPollWindowMs = 500;
-    int asyncPollSliceMs = 100;
 };
 
 // Brings a verified tunnel up by trying the allowed protocols in turn (IKEv2, OpenVPN UDP,

@@ -8,18 +8,15 @@
 namespace tavero::test {
 
 StandInLog::StandInLog()
-    : m_previous(qgetenv("TAVERO_FAKE_OPENVPN_LOG"))
 {
     qputenv("TAVERO_FAKE_OPENVPN_LOG", m_dir.filePath(QStringLiteral("starts.jsonl")).toUtf8());
 }
 
 StandInLog::~StandInLog()
 {
-    killAll();
-    if (m_previous.isEmpty())
-        qunsetenv("TAVERO_FAKE_OPENVPN_LOG");
-    else
-        qputenv("TAVERO_FAKE_OPENVPN_LOG", m_previous);
+    for (qint64 pid : live())
+        ::kill(pid_t(pid), SIGKILL);
+    qunsetenv("TAVERO_FAKE_OPENVPN_LOG");
 }
 
 QVector<StandInLog::Start> StandInLog::starts() const
@@ -61,16 +58,10 @@ QStringList StandInLog::leftoverConfigs() const
 {
     QStringList files;
     for (const Start& start : starts()) {
-        if (!start.config.isEmpty() && QFile::exists(start.config) && !files.contains(start.config))
+        if (QFile::exists(start.config) && !isRunning(start.pid) && !files.contains(start.config))
             files << start.config;
     }
     return files;
-}
-
-void StandInLog::killAll() const
-{
-    for (qint64 pid : live())
-        ::kill(pid_t(pid), SIGKILL);
 }
 
 } // namespace tavero::test

@@ -8,7 +8,7 @@ namespace tavero::test {
 
 // Reads the OpenVPN stand-in's start log (TAVERO_FAKE_OPENVPN_LOG, which the constructor points
 // at a file of its own for this process and its children): which stand-ins were started, which
-// still run, and which configuration files are still on disk.
+// still run, which configuration files outlived theirs. Stand-ins still running die with it.
 class StandInLog {
 public:
     struct Start {
@@ -24,16 +24,13 @@ public:
     QVector<Start> starts() const;
     // Stand-ins of the log that still run (zombies do not count).
     QVector<qint64> live() const;
-    // Configuration files of the log that still exist.
+    // Configuration files that outlived their stand-in.
     QStringList leftoverConfigs() const;
-    // Kills (SIGKILL) every live stand-in of the log.
-    void killAll() const;
 
     static bool isRunning(qint64 pid);
 
 private:
     QTemporaryDir m_dir;
-    QByteArray m_previous;
 };
 
 } // namespace tavero::test
