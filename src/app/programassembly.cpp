@@ -3,22 +3,27 @@
 #include "api/serverapi.h"
 #include "app/languagemaster.h"
 #include "app/programlaunchchecker.h"
+#include "app/signalwatcher.h"
+#include "connection/runtimedirectory.h"
 #include "gui/shell/controllerinjector.h"
 #include "gui/shell/viewmanager.h"
 #include "manager/vpnmanager.h"
 #include "platform/iplatform.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QMessageBox>
+#include <QThread>
 
 namespace tavero {
 
 namespace {
 const QString firstRunMarkerName = QStringLiteral("fr.txt");
-}
+constexpr int exitPollMs = 25;
+} // namespace
 
 ProgramAssembly::ProgramAssembly()
     : ProgramAssembly(Options{})
@@ -26,12 +31,16 @@ ProgramAssembly::ProgramAssembly()
 
 ProgramAssembly::ProgramAssembly(Options options)
     : m_options(std::move(options))
-{}
+{
+    m_exitTimer.setInterval(exitPollMs);
+    QObject::connect(&m_exitTimer, &QTimer::timeout, [this] { tryOrderlyExit(); });
+}
 
 ProgramAssembly::~ProgramAssembly()
 {
     // Spelled out because the order is part of the contract: the view manager's pages hold the
     // controllers, the controllers the manager, the manager the service client.
+    m_exitTimer.stop();
     m_injector.reset();
     m_firstRunMarker.reset();
     m_viewManager.reset();
@@ -42,6 +51,13 @@ ProgramAssembly::~ProgramAssembly()
 
 bool ProgramAssembly::assemble(bool isAdministrator)
 {
+    // First, so a stop request during the start is not lost.
+    m_stopSignals = std::make_unique<SignalWatcher>();
+    QObject::connect(m_stopSignals.get(), &SignalWatcher::stopRequested,
+                     [this](int signalNumber) { requestOrderlyExit(signalNumber); });
+    // An openvpn (and its configuration file) left by a copy that was killed would keep a tunnel
+    // nobody controls beside the one this copy brings up.
+    RuntimeDirectory::removeLeftovers();
     m_api = std::make_unique<ServerApi>();
     m_manager =
         std::make_unique<VpnManager>(*m_api, std::move(m_options.platform), m_options.chainOptions);
@@ -69,7 +85,42 @@ bool ProgramAssembly::assemble(bool isAdministrator)
         ServerApi::setIsOpenVpnAllowed(false);
         showNoAdministratorWarning();
     }
-    return true;
+    m_assembled = true;
+    return !m_manager->isProgrammTermination();
+}
+
+void ProgramAssembly::requestOrderlyExit(int signalNumber)
+{
+    qInfo() << "Stop requested by signal" << signalNumber;
+    if (!m_manager || !m_assembled) {
+        // Inside the start: its waits and boxes end, and assemble() reports that the programme
+        // must end; the destructor then unwinds what was built.
+        if (m_manager)
+            m_manager->turnOnIsProgrammTermination();
+        QCoreApplication::quit();
+        return;
+    }
+    m_manager->turnOnIsProgrammTermination();
+    if (!m_exitTimer.isActive())
+        m_exitTimer.start();
+}
+
+void ProgramAssembly::tryOrderlyExit()
+{
+    // Never underneath running code: not inside an attempt, a teardown or a service exchange.
+    if (m_manager->connection().isBusy())
+        return;
+    if (QThread::currentThread()->loopLevel() > 1) {
+        // A box waiting for an answer (the exit question, a warning) is answered with its
+        // rejecting button; other nested waits end by themselves.
+        if (QWidget* modal = QApplication::activeModalWidget())
+            modal->close();
+        return;
+    }
+    if (!m_manager->disconnect().isSuccess)
+        return; // leaving with the tunnel up would leave the user unprotected; tried again
+    m_exitTimer.stop();
+    QCoreApplication::quit();
 }
 
 void ProgramAssembly::consumeFirstRunMarker()

@@ -3,6 +3,7 @@
 #include "connection/connectionchain.h"
 
 #include <QString>
+#include <QTimer>
 #include <memory>
 
 class ControllerInjector;
@@ -14,6 +15,7 @@ namespace tavero {
 class IPlatform;
 class LanguageMaster;
 class ServerApi;
+class SignalWatcher;
 class VpnManager;
 
 // Builds the programme's object graph between the application object and the event loop, in a
@@ -54,10 +56,21 @@ public:
     // The warning a user without administrator rights gets once the first page is shown.
     static void showNoAdministratorWarning();
 
+    // SIGINT, SIGTERM or SIGHUP (the terminal or the desktop session ending): the programme ends
+    // as through its exit, without the question: from the top-level event loop only, once no
+    // attempt runs, the tunnel is disconnected (retried until that succeeds) and the event loop
+    // quits, so the graph unwinds in order (openvpn stopped, the network restored, the launch
+    // marker released). During the start it ends the start instead.
+    void requestOrderlyExit(int signalNumber);
+
 private:
     void consumeFirstRunMarker();
+    void tryOrderlyExit();
 
     Options m_options;
+    std::unique_ptr<SignalWatcher> m_stopSignals;
+    QTimer m_exitTimer;
+    bool m_assembled = false;
     // Declared in construction order; members are destroyed in reverse.
     std::unique_ptr<ServerApi> m_api;
     std::unique_ptr<VpnManager> m_manager;

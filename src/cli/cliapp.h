@@ -37,7 +37,7 @@ public:
     // a stop request (stopRequested) or a failure.
     int run();
 
-    // SIGINT/SIGTERM for a running connect; before the tunnel is up the request waits for the
+    // SIGINT/SIGTERM/SIGHUP for a running connect; before the tunnel is up the request waits for the
     // attempt to end, then disconnects.
     void requestStop(int signalNumber);
 

@@ -120,7 +120,7 @@ QString CliOptions::usage()
         "  servers                   countries with the load of their best server,\n"
         "                            recommended countries first\n"
         "  connect [--country CODE]  connect (to the best server of CODE) and keep the\n"
-        "                            tunnel until SIGINT or SIGTERM; prints every change\n"
+        "                            tunnel until SIGINT, SIGTERM or SIGHUP; prints every change\n"
         "  status                    log-in, chosen server and whether traffic is protected\n"
         "  logout                    forget the stored log-in (the e-mail address stays)\n"
         "\n"

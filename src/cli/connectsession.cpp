@@ -21,6 +21,8 @@ QString signalName(int signalNumber)
         return QStringLiteral("SIGINT");
     case SIGTERM:
         return QStringLiteral("SIGTERM");
+    case SIGHUP:
+        return QStringLiteral("SIGHUP");
     default:
         return QStringLiteral("signal %1").arg(signalNumber);
     }
@@ -92,7 +94,7 @@ void ConnectSession::tryFinish()
     // Only straight from the session's loop: not inside an attempt, a re-establishing or a
     // service exchange waiting in a nested loop.
     const bool atTopLevel = m_loop && QThread::currentThread()->loopLevel() <= 1;
-    if (m_finished || m_inAttempt || m_manager.connection().isConnecting() || !atTopLevel)
+    if (m_finished || m_inAttempt || m_manager.connection().isBusy() || !atTopLevel)
         return;
     m_loop->exit(finish());
 }

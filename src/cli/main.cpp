@@ -2,13 +2,16 @@
 
 #include "api/serverapi.h"
 #include "app/messagehandler.h"
+#include "app/settings.h"
+#include "app/signalwatcher.h"
 #include "buildinfo.h"
 #include "cli/cliapp.h"
 #include "cli/clioptions.h"
 #include "cli/clioutput.h"
 #include "cli/exitcode.h"
 #include "cli/passwordreader.h"
-#include "cli/signalwatcher.h"
+#include "connection/killswitcher.h"
+#include "connection/runtimedirectory.h"
 #include "manager/vpnmanager.h"
 #include "platform/nativeplatform.h"
 
@@ -44,6 +47,10 @@ int main(int argc, char* argv[])
     if (english.load(QStringLiteral(":/translations/eng")))
         QCoreApplication::installTranslator(&english);
 
+    // As in the graphical client: an openvpn left by a killed copy is stopped before anything
+    // connects or reports the state.
+    tavero::RuntimeDirectory::removeLeftovers();
+
     // As in the graphical client: without administrator rights neither OpenVPN nor the kill
     // switch is offered. There is no elevation prompt here; run it with the rights it needs.
     if (!tavero::NativePlatform::isRunningAsAdministrator()) {
@@ -56,17 +63,24 @@ int main(int argc, char* argv[])
 
     // Before anything that can block, so a stop request during the log-in or the first attempt
     // is not lost; other commands keep the default reaction to signals.
-    std::unique_ptr<SignalWatcher> stopSignals;
+    std::unique_ptr<tavero::SignalWatcher> stopSignals;
     if (options.command == CliOptions::Command::Connect)
-        stopSignals = std::make_unique<SignalWatcher>();
+        stopSignals = std::make_unique<tavero::SignalWatcher>();
 
     tavero::ServerApi api;
+    // Likewise the network connections such a copy's kill switch left switched off come back,
+    // whatever the command: `status` must not describe a machine cut off by a dead client.
+    {
+        tavero::NativePlatform platform;
+        tavero::Settings settings;
+        tavero::KillSwitcher(api, platform, settings).restoreLeftover();
+    }
     PasswordReader passwordReader;
     CliApp cli(
         options, output, api, [&api] { return std::make_unique<tavero::VpnManager>(api); },
         [&passwordReader](QString& password) { return passwordReader.read(password); });
     if (stopSignals) {
-        QObject::connect(stopSignals.get(), &SignalWatcher::stopRequested, &app,
+        QObject::connect(stopSignals.get(), &tavero::SignalWatcher::stopRequested, &app,
                          [&cli](int signalNumber) { cli.requestStop(signalNumber); });
     }
     return cli.run();

@@ -3,14 +3,16 @@
 #include "api/iserverapi.h"
 #include "api/serverapi.h"
 #include "app/isettings.h"
-#include "connection/eventwait.h"
 #include "connection/killswitcher.h"
 #include "platform/iplatform.h"
 #include "platform/nativeplatform.h"
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QEventLoop>
 #include <QFuture>
+#include <QFutureWatcher>
+#include <QTimer>
 #include <QtConcurrent>
 
 namespace tavero {
@@ -45,26 +47,45 @@ ConnectionChain::ConnectionChain(IServerApi& api, IPlatform& platform, ISettings
 
 ConnectionChain::~ConnectionChain() = default;
 
+// Marks an operation for its lifetime and puts back the one it interrupted (a connect run by
+// the handling of a break, or a teardown inside it).
+class ConnectionChain::OperationScope {
+public:
+    OperationScope(ConnectionChain& chain, Operation operation)
+        : m_chain(chain)
+        , m_previous(chain.m_operation)
+    {
+        m_chain.m_operation = operation;
+    }
+    ~OperationScope() { m_chain.m_operation = m_previous; }
+    Q_DISABLE_COPY_MOVE(OperationScope)
+
+private:
+    ConnectionChain& m_chain;
+    const Operation m_previous;
+};
+
 OperationResult ConnectionChain::connect(const VpnServerInformation& server)
 {
     qDebug() << "connect";
     // Connecting again to the server being re-established takes over from the re-establishing.
     m_needReestablish = m_needReestablish && server.name != m_lastConnectedServer.name;
-    if (m_isConnecting) {
-        // Reached through event processing inside a running attempt, which can only continue once
-        // this call returns: refuse rather than wait, and leave the running attempt alone.
-        qDebug() << "connect refused: another connect is running";
+    if (m_operation == Operation::Connecting || m_operation == Operation::Disconnecting) {
+        // Reached through event processing inside a running attempt or teardown, which can only
+        // continue once this call returns: refuse rather than wait, and leave it alone. The
+        // handling of a break is not refused: the user's connect replaces the broken tunnel and
+        // the handling, once back, sees a newer tunnel and stops.
+        qDebug() << "connect refused: another operation is running";
         return OperationResult(QCoreApplication::translate("QObject", "label.connection_opens"));
     }
-    m_isConnecting = true;
-    const OperationResult result = connectNoBlock(server);
-    m_isConnecting = false;
-    return result;
+    const OperationScope scope(*this, Operation::Connecting);
+    return connectNoBlock(server);
 }
 
 OperationResult ConnectionChain::connectNoBlock(const VpnServerInformation& server)
 {
     qDebug() << "connectNoBlock";
+    nextGeneration();
     m_killSwitcher.startInternet(30);
     if (m_currentIndex >= 0)
         disconnectNoBlock();
@@ -84,8 +105,8 @@ OperationResult ConnectionChain::connectNoBlock(const VpnServerInformation& serv
     const OperationResult result = forceConnect(server);
     if (result.isSuccess) {
         m_keeper.start();
-        setMode(Connected);
         m_needReestablish = false;
+        setMode(Connected);
     } else {
         setMode(Failed);
     }
@@ -102,15 +123,21 @@ OperationResult ConnectionChain::forceConnect(const VpnServerInformation& server
             "warning.none_of_the_specified_protocol_settings_are_supported_by_the_selected_"
             "server."));
     }
+    QVector<IConnection*> tried;
     for (m_currentIndex = 0; m_currentIndex < m_chain.size(); ++m_currentIndex) {
         IConnection* connection = m_chain[m_currentIndex];
         qDebug() << "current connection name: " << connection->name();
+        if (connection->supports(server))
+            tried << connection;
         if (tryConnectOneConnection(connection, server)) {
             m_currentServer = server;
             m_lastConnectedServer = server;
             return OperationResult();
         }
     }
+    // Nothing is live now: whatever a failed protocol left running (a process that reported an
+    // error, a half-made dial) would otherwise be out of reach of any later disconnect.
+    stopTried(tried);
     const QString protocolList = protocolTypesString(m_protocolTypes);
     const QString message =
         m_protocolTypes == ALL_PROTOCOLS || protocolList.isEmpty()
@@ -120,6 +147,15 @@ OperationResult ConnectionChain::forceConnect(const VpnServerInformation& server
     m_currentServer = VpnServerInformation();
     m_currentIndex = -1;
     return OperationResult(message);
+}
+
+void ConnectionChain::stopTried(const QVector<IConnection*>& tried)
+{
+    for (IConnection* connection : tried) {
+        const OperationResult stopped = connection->disconnect();
+        if (!stopped.isSuccess)
+            qWarning().noquote() << "Cannot stop" << connection->name() << ":" << stopped.message;
+    }
 }
 
 bool ConnectionChain::tryConnectOneConnection(IConnection* connection,
@@ -133,7 +169,8 @@ bool ConnectionChain::tryConnectOneConnection(IConnection* connection,
         result = connection->connect(server);
         qDebug() << "connect Sync end";
     } else {
-        // The dial blocks for its whole length: run it on the pool and keep the interface alive.
+        // The dial blocks for its whole length: run it on the pool and keep the interface alive,
+        // waking the moment it ends.
         QFuture<OperationResult> task = QtConcurrent::run([this, connection, server] {
             qDebug() << "connect async start";
             const OperationResult dialled = connection->connect(server);
@@ -141,11 +178,16 @@ bool ConnectionChain::tryConnectOneConnection(IConnection* connection,
             emit connectionFinished();
             return dialled;
         });
-        while (!task.isFinished()) {
-            QCoreApplication::processEvents();
-            processEventsFor(m_options.asyncPollWindowMs, m_options.asyncPollSliceMs,
-                             [&task] { return task.isFinished(); });
-        }
+        QFutureWatcher<OperationResult> watcher;
+        QEventLoop loop;
+        QObject::connect(&watcher, &QFutureWatcherBase::finished, &loop, &QEventLoop::quit);
+        QTimer recheck; // a safety net only: the watcher's signal ends the wait
+        recheck.setInterval(std::max(m_options.asyncPollWindowMs, 1));
+        QObject::connect(&recheck, &QTimer::timeout, &loop, &QEventLoop::quit);
+        watcher.setFuture(task);
+        recheck.start();
+        while (!task.isFinished())
+            loop.exec();
         result = task.result();
     }
     const QString name = connection->name();
@@ -200,8 +242,9 @@ OperationResult ConnectionChain::createChain()
 OperationResult ConnectionChain::disconnect()
 {
     m_needReestablish = false;
-    if (m_isConnecting)
+    if (m_operation == Operation::Connecting || m_operation == Operation::Disconnecting)
         return OperationResult(QCoreApplication::translate("QObject", "label.connection_opens"));
+    const OperationScope scope(*this, Operation::Disconnecting);
     return disconnectNoBlock();
 }
 
@@ -211,6 +254,7 @@ OperationResult ConnectionChain::disconnectNoBlock()
     m_keeper.stop();
     if (m_currentIndex < 0 || m_currentIndex >= m_chain.size())
         return OperationResult();
+    nextGeneration();
     IConnection* connection = m_chain[m_currentIndex];
     const OperationResult result = connection->disconnect();
     if (result.isSuccess) {
@@ -228,25 +272,58 @@ OperationResult ConnectionChain::disconnectNoBlock()
 void ConnectionChain::onBreakDetected(ConnectionKeeper::BreakReason breakReason)
 {
     qDebug() << "ConnectionChain::onBreakDetected";
-    disconnect();
-    if (breakReason == ConnectionKeeper::NoNetwork) {
-        const IpGettingResult ip = m_api.receiveIp();
-        if (ip.isProtected) {
-            setMode(Connected);
-            m_keeper.start();
-            return;
-        }
+    if (m_operation == Operation::Connecting || m_operation == Operation::Disconnecting) {
+        // The keeper is stopped before every attempt and teardown: a report now is about a
+        // tunnel that is already being replaced.
+        qDebug() << "break report ignored: an operation is running";
+        return;
     }
-    if (!m_settings.isKillSwitch()) {
-        m_needReestablish = true;
-        tryToReestablishConnection();
-    } else {
+    // Also nested in the handling of an earlier break: a connect made meanwhile started the
+    // keeper for its new tunnel, and this report is about that one.
+    const OperationScope scope(*this, Operation::HandlingBreak);
+    handleBreak(breakReason);
+}
+
+void ConnectionChain::handleBreak(ConnectionKeeper::BreakReason breakReason)
+{
+    if (m_settings.isKillSwitch()) {
+        // At once, network first and tunnel second: no moment with the tunnel gone and the
+        // network open, and no waiting for a second answer that could only come through the
+        // broken tunnel or past it.
+        m_isKillSwitching = true;
+        m_needReestablish = false;
+        m_killSwitcher.stopInternet();
+        {
+            const OperationScope teardown(*this, Operation::Disconnecting);
+            disconnectNoBlock();
+        }
         m_currentServer = VpnServerInformation();
         m_currentIndex = -1;
-        m_isKillSwitching = true;
-        setMode(Failed);
-        m_killSwitcher.stopInternet();
         m_isKillSwitching = false;
+        setMode(Failed);
+    } else {
+        if (breakReason == ConnectionKeeper::NoNetwork && m_currentIndex >= 0) {
+            // Asked again with the tunnel still in place, so the traffic of the wait still goes
+            // through it. A connect or disconnect of the user during the wait wins.
+            const quint64 generation = m_generation;
+            const IpGettingResult ip = m_api.receiveIp();
+            if (generation != m_generation) {
+                qDebug() << "break handling ended: the tunnel was replaced meanwhile";
+                return;
+            }
+            if (ip.status == RequestResult::Ok && ip.isProtected) {
+                m_keeper.start();
+                setMode(Connected);
+                return;
+            }
+        }
+        {
+            // User actions during the teardown are refused, so nothing else changes the tunnel.
+            const OperationScope teardown(*this, Operation::Disconnecting);
+            disconnectNoBlock();
+        }
+        m_needReestablish = true;
+        tryToReestablishConnection();
     }
     if (m_mode != Connected)
         emit protocolsExpired();
@@ -255,7 +332,10 @@ void ConnectionChain::onBreakDetected(ConnectionKeeper::BreakReason breakReason)
 void ConnectionChain::tryToReestablishConnection()
 {
     qDebug() << "tryToReestablishConnection";
-    if (m_needReestablish && !m_isConnecting) {
+    // Not while a connect or disconnect runs further down the stack: they decide what the
+    // tunnel is; the next shot tries again.
+    const bool free = m_operation == Operation::None || m_operation == Operation::HandlingBreak;
+    if (m_needReestablish && free) {
         emit reestablishStarted();
         const OperationResult result = connect(m_lastConnectedServer);
         m_needReestablish = !result.isSuccess;

@@ -31,8 +31,10 @@ struct ConnectionChainOptions {
     OvpnConnection::Limits openVpnLimits;
     int reestablishIntervalMs = 60000;
     int keeperIntervalMs = ConnectionKeeper::defaultIntervalMs;
+    // While an IKEv2 dial runs the chain waits for its end in a nested event loop; this bounds how
+    // long that loop goes without checking the dial once more (a safety net: the dial's end wakes
+    // it at once).
     int asyncPollWindowMs = 500;
-    int asyncPollSliceMs = 100;
 };
 
 // Brings a verified tunnel up by trying the allowed protocols in turn (IKEv2, OpenVPN UDP,
@@ -85,8 +87,10 @@ public:
     QString currProtocolName();
     void turnOnIsProgrammTermination() { m_isProgrammTermination = true; }
 
-    // For observers and tests.
-    bool isConnecting() const { return m_isConnecting; }
+    // For observers and tests. isBusy(): a connect, a disconnect or the handling of a break is
+    // running further down the call stack.
+    bool isConnecting() const { return m_operation == Operation::Connecting; }
+    bool isBusy() const { return m_operation != Operation::None; }
     bool needsReestablish() const { return m_needReestablish; }
     bool isReestablishScheduled() const { return m_reestablishTimer.isActive(); }
     VpnServerInformation currentServer() const { return m_currentServer; }
@@ -104,6 +108,16 @@ signals:
     void reestablishFinished(bool isSuccess);
 
 private:
+    // What runs right now. Every nested event loop can deliver a user action or a timer; this is
+    // the one place that decides whether it may run (see connect(), disconnect()).
+    enum class Operation { None, Connecting, Disconnecting, HandlingBreak };
+    class OperationScope;
+
+    void handleBreak(ConnectionKeeper::BreakReason breakReason);
+    void stopTried(const QVector<IConnection*>& tried);
+    // The tunnel is replaced or torn down: results that belong to the old one no longer count.
+    void nextGeneration() { ++m_generation; }
+
     IServerApi& m_api;
     IPlatform& m_platform;
     ISettings& m_settings;
@@ -114,7 +128,10 @@ private:
     L2tpConnection m_l2tp;
     PptpConnection m_pptp;
     IKEv2Connection m_ikev2;
-    bool m_isConnecting = false;
+    Operation m_operation = Operation::None;
+    // Counts tunnels: a nested wait compares it before and after to learn whether the tunnel it
+    // was waiting about is still the current one.
+    quint64 m_generation = 0;
     QVector<IConnection*> m_chain;
     int m_currentIndex = -1;
     VpnServerInformation m_currentServer;

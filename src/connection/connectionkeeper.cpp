@@ -22,12 +22,14 @@ void ConnectionKeeper::start()
 {
     if (m_timer.isActive())
         m_timer.stop();
+    ++m_run;
     m_isChecking = false;
     m_timer.start();
 }
 
 void ConnectionKeeper::stop()
 {
+    ++m_run;
     m_timer.stop();
 }
 
@@ -37,7 +39,14 @@ void ConnectionKeeper::timerTimeout()
     if (!m_timer.isActive() || m_isChecking)
         return;
     m_isChecking = true;
+    const quint64 run = m_run;
     const IpGettingResult ip = m_api.receiveIp();
+    if (run != m_run) {
+        // Stopped, or restarted for another tunnel, while the answer was on its way: it says
+        // nothing about the tunnel there is now. Checks nested in this wait have all ended.
+        m_isChecking = false;
+        return;
+    }
     if (!m_timer.isActive() || ip.status == RequestResult::InvalidResponse ||
         (ip.status == RequestResult::Ok && ip.isProtected)) {
         // Stopped meanwhile, an unreadable answer (not a break), or the tunnel is fine.

@@ -40,6 +40,8 @@ private:
     IServerApi& m_api;
     QTimer m_timer;
     bool m_isChecking = false;
+    // Bumped by start() and stop(): an answer is judged only against the run that asked.
+    quint64 m_run = 0;
 };
 
 } // namespace tavero

@@ -11,6 +11,7 @@
 namespace tavero {
 namespace {
 constexpr int probePauseMs = 250;
+constexpr int restoreAttempts = 3;
 
 KillSwitcher::Clock monotonicClock()
 {
@@ -32,10 +33,41 @@ KillSwitcher::KillSwitcher(IServerApi& api, IPlatform& platform, ISettings& sett
 KillSwitcher::~KillSwitcher()
 {
     qDebug() << "Stop killswitcher";
-    if (m_state == InternetOff) {
-        qDebug() << "Enable Net Devices";
+    if (m_state != InternetOff)
+        return;
+    qDebug() << "Enable Net Devices";
+    // The last chance in this run: a switch-on that fails is tried again; what still fails stays
+    // on disk for the next start.
+    for (int attempt = 0; attempt < restoreAttempts; ++attempt) {
         enableNetDevices();
+        if (!m_platform.haveDisabledNetDevicesByKillSwitch())
+            return;
     }
+    qCritical("The network connections switched off by the kill switch could not be switched on");
+}
+
+bool KillSwitcher::restoreLeftover()
+{
+    if (!m_platform.haveDisabledNetDevicesByKillSwitch())
+        return true;
+    qWarning("Restoring network connections the kill switch of an earlier run switched off");
+    m_state = InternetOff;
+    return switchOn();
+}
+
+bool KillSwitcher::switchOn()
+{
+    bool reenabled = false;
+    const OperationResult result = m_platform.turnOnInternet(reenabled);
+    if (m_platform.haveDisabledNetDevicesByKillSwitch()) {
+        // Still remembered: the network is still (partly) cut; the next restore tries again.
+        m_state = InternetOff;
+        qCritical().noquote() << "Could not switch the network back on after the kill switch:"
+                              << result.message;
+        return false;
+    }
+    m_state = InternetOn;
+    return reenabled;
 }
 
 bool KillSwitcher::canInternetOff()
@@ -47,7 +79,13 @@ void KillSwitcher::stopInternet()
 {
     if (!canInternetOff())
         return;
-    m_platform.turnOffInternet();
+    const OperationResult result = m_platform.turnOffInternet();
+    // What the platform remembers is what it really switched off (or tried to): only then is the
+    // network counted as cut.
+    if (!m_platform.haveDisabledNetDevicesByKillSwitch()) {
+        qCritical().noquote() << "The kill switch could not cut the network:" << result.message;
+        return;
+    }
     m_state = InternetOff;
     qWarning("Internet stopped by killswitch");
 }
@@ -56,11 +94,9 @@ bool KillSwitcher::startInternet(int limitSeconds)
 {
     if (m_state == InternetOn)
         return true;
-    bool reenabled = false;
-    m_platform.turnOnInternet(reenabled);
-    // Set before waiting: a nested call through the event processing below returns at once.
-    m_state = InternetOn;
-    if (!reenabled)
+    // Sets the state before waiting: a nested call through the event processing below returns
+    // at once.
+    if (!switchOn())
         return false;
 
     const qint64 start = m_clock();

@@ -11,7 +11,9 @@ class IPlatform;
 class ISettings;
 
 // Cuts the machine off the network after a tunnel break when the user wants that, brings the
-// network back before the next attempt, and never leaves it cut when the program ends.
+// network back before the next attempt, and never leaves it cut when the program ends. The state
+// follows what the platform reports it really switched: a cut that switched nothing is not a cut,
+// a restore that left connections off is not a restore (and is tried again by the next one).
 class KillSwitcher {
 public:
     enum State : int {
@@ -36,12 +38,20 @@ public:
     // not come back.
     bool startInternet(int limitSeconds);
     bool isInternetOff() const { return m_state == InternetOff; }
+    // At start: switches on what the kill switch of an earlier run (one that crashed while the
+    // network was cut) left switched off. True when nothing was left or all came back; false
+    // (reported, state InternetOff, retried by the next restore) otherwise.
+    bool restoreLeftover();
     bool haveDisabledNetDevicesByKillSwitch();
     void enableNetDevices();
 
     State state() const { return m_state; }
 
 private:
+    // Asks the platform to switch on what it remembers; the state follows what it still
+    // remembers afterwards. Returns whether something was switched on and nothing is left.
+    bool switchOn();
+
     State m_state = Untouched;
     IServerApi& m_api;
     IPlatform& m_platform;

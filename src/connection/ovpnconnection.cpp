@@ -2,8 +2,9 @@
 
 #include "api/iserverapi.h"
 #include "api/vpnserverinformation.h"
-#include "connection/eventwait.h"
 #include "connection/ovpninputcheck.h"
+#include "connection/ovpnprocess.h"
+#include "connection/runtimedirectory.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -13,9 +14,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryFile>
-#include <QTextStream>
 #include <QTimer>
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace tavero {
 
@@ -24,6 +26,13 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds startCheckLimit{5000};
+// From SIGKILL to the end of the process (the kernel closing the tun device).
+constexpr milliseconds stopLimit{5000};
+// The pause before restarting an OpenVPN that ended by itself doubles up to this multiple of the
+// first one (500 ms: 0.5, 1, 2, 4, 4, ... s, some eight runs in the 20 s a connect may take).
+constexpr int maxPauseFactor = 8;
+
+int nextDriverNumber = 0; // main thread only
 
 #ifdef Q_OS_WIN
 const QString programName = QStringLiteral("openvpn.exe");
@@ -58,11 +67,16 @@ OvpnConnection::OvpnConnection(IServerApi& api, QString programDirectory, Limits
     : m_api(api)
     , m_programDirectory(std::move(programDirectory))
     , m_limits(limits)
+    , m_entryPrefix(RuntimeDirectory::ownerTag() + QLatin1Char('-') +
+                    QString::number(nextDriverNumber++))
 {}
 
 OvpnConnection::~OvpnConnection()
 {
-    disconnect();
+    // No event processing here: the owner is being torn down, and nothing may run into it now.
+    supersede();
+    deleteConfigFile();
+    stopProcess(false);
 }
 
 OperationResult OvpnConnection::connectUdp(const VpnServerInformation& server)
@@ -137,40 +151,168 @@ OperationResult OvpnConnection::generateConfigText(const ConnectionType& type, c
 
 OperationResult OvpnConnection::connect(const QString& configText, const QString& typeText)
 {
-    const OperationResult result = forceConnect(configText, typeText);
+    const quint64 attempt = supersede();
+    const OperationResult result = forceConnect(configText, typeText, attempt);
+    if (m_attempt != attempt) {
+        // A disconnect or connect from inside a wait took over; the process and the file are
+        // its business now (the superseding call stopped ours and removed our file).
+        return result;
+    }
     deleteConfigFile();
+    if (!result.isSuccess) {
+        // A failed attempt must not leave an openvpn behind that nobody will stop: the chain
+        // forgets a protocol that failed.
+        stopProcess(true);
+    }
     return result;
 }
 
-OperationResult OvpnConnection::forceConnect(const QString& configText, const QString& typeText)
+OperationResult OvpnConnection::forceConnect(const QString& configText, const QString& typeText,
+                                             quint64 attempt)
 {
     QElapsedTimer timer;
     timer.start();
+    const milliseconds firstPause = std::max(m_limits.wait, milliseconds(1));
+    milliseconds pauseLength = firstPause;
+    QString output;
     for (;;) {
-        bool retry = false;
-        const OperationResult result = tryConnectOneTime(configText, typeText, retry);
-        if (!result.isSuccess && exceeded(elapsedOf(timer), m_limits.connectLimit)) {
+        output.clear();
+        const Outcome outcome = runOnce(configText, attempt, output);
+        if (outcome == Outcome::Superseded) {
+            qDebug() << "OpenVPN attempt superseded by a later connect or disconnect";
+            return failure("warning.can_not_open_vpn_check_is_admin_granted");
+        }
+        if (outcome == Outcome::TooLong ||
+            (outcome != Outcome::Up && exceeded(elapsedOf(timer), m_limits.connectLimit))) {
             qDebug() << "Connecting timeout, stop processing";
-            disconnect();
+            qWarning().noquote() << "OpenVPN did not come up in time; its output:"
+                                 << output.right(2000);
             return timeOut(typeText);
         }
-        if (!retry) {
-            return result;
+        switch (outcome) {
+        case Outcome::Up:
+            return {};
+        case Outcome::Failed:
+            qWarning().noquote() << "OpenVPN reported a failure:" << output.right(1000);
+            return failure("warning.can_not_open_vpn_check_is_admin_granted");
+        case Outcome::Silent:
+            return failure("warning.open_vpn_server_does_not_respond");
+        case Outcome::NoFile:
+            return failure("label.can_not_create_config_for_open_vpn");
+        case Outcome::NotStarted:
+            return failure("warning.open_vpn_running_fails_check_apps");
+        case Outcome::Lost:
+            return failure("warning.open_vpn_does_not_exists_try_another_protocol");
+        default:
+            break;
         }
-        // OpenVPN ended by itself: start a fresh run with a freshly written file.
+        // OpenVPN ended by itself: a fresh run with a fresh file, after a pause that doubles each
+        // time, so a program that dies at once is not restarted in a tight loop.
+        qDebug().noquote() << "openvpn ended by itself:" << output.right(500);
+        deleteConfigFile();
+        const milliseconds left = deadline(m_limits.connectLimit) - elapsedOf(timer);
+        if (!pause(std::clamp(left, milliseconds(0), pauseLength), attempt)) {
+            return failure("warning.can_not_open_vpn_check_is_admin_granted");
+        }
+        if (exceeded(elapsedOf(timer), m_limits.connectLimit)) {
+            qDebug() << "Connecting timeout, stop processing";
+            return timeOut(typeText);
+        }
+        pauseLength = std::min(pauseLength * 2, firstPause * maxPauseFactor);
     }
 }
 
-OperationResult OvpnConnection::tryConnectOneTime(const QString& configText,
-                                                  const QString& typeText, bool& retry)
+OvpnConnection::Outcome OvpnConnection::runOnce(const QString& configText, quint64 attempt,
+                                                QString& output)
 {
-    retry = false;
-    QString output;
-    bool outputSeen = false;
     qDebug().noquote() << "\r\n----------------- New Connection -----------------\r\n";
+    stopProcess(true);
+    if (m_attempt != attempt) {
+        return Outcome::Superseded;
+    }
+    deleteConfigFile();
+    if (!writeConfigFile(configText)) {
+        return Outcome::NoFile;
+    }
 
-    disconnect();
+    m_process = std::make_unique<OvpnProcess>();
+    QProcess* const process = m_process.get();
+    process->setProcessChannelMode(QProcess::MergedChannels);
+    // An explicit program path and working directory: the process-wide current directory stays.
+    process->setProgram(programPath());
+    process->setWorkingDirectory(QFileInfo(programPath()).absolutePath());
+    process->setArguments({QStringLiteral("--config"), m_configFilePath});
+    qDebug().noquote() << programName + QStringLiteral(" start ") + programPath() +
+                              QStringLiteral(" --config ") + m_configFilePath;
+    process->start(QIODevice::ReadWrite);
+    // Returns as soon as exec has succeeded or failed (a matter of milliseconds), so a missing or
+    // unusable program is told apart from one that fails later; the bound only guards against an
+    // exec that hangs.
+    process->waitForStarted(int(startCheckLimit.count()));
+    if (process->error() == QProcess::FailedToStart) {
+        qWarning().noquote() << "cannot start" << programPath() << ":" << process->errorString();
+        return Outcome::NotStarted;
+    }
+    m_processId = process->processId();
+    RuntimeDirectory::recordProcess(recordName(m_processId), m_processId, m_configFilePath);
 
+    // The wait ends at the first decisive event; signals arriving after it are ignored.
+    std::optional<Outcome> outcome;
+    bool outputSeen = false;
+    QEventLoop loop;
+    const auto settle = [&](Outcome value) {
+        if (!outcome) {
+            outcome = value;
+            loop.quit();
+        }
+    };
+    QObject::connect(process, &QProcess::readyRead, &loop, [&] {
+        const QByteArray chunk = process->readAll();
+        if (chunk.isEmpty()) {
+            return;
+        }
+        outputSeen = true;
+        output += QString::fromLocal8Bit(chunk);
+        const int verdict = analyseProcessOutput(output);
+        if (verdict != 2) {
+            settle(verdict == 0 ? Outcome::Up : Outcome::Failed);
+        }
+    });
+    QObject::connect(
+        process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), &loop, [&] {
+            output += QString::fromLocal8Bit(process->readAll());
+            settle(analyseProcessOutput(output) == 1 ? Outcome::Failed : Outcome::Exited);
+        });
+    QObject::connect(process, &QProcess::errorOccurred, &loop, [&](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) {
+            settle(Outcome::Lost);
+        }
+    });
+    QTimer silence;
+    silence.setSingleShot(true);
+    QObject::connect(&silence, &QTimer::timeout, &loop, [&] {
+        if (!outputSeen) {
+            settle(Outcome::Silent);
+        }
+    });
+    silence.start(deadline(m_limits.silenceLimit));
+    QTimer limit;
+    limit.setSingleShot(true);
+    QObject::connect(&limit, &QTimer::timeout, &loop, [&] { settle(Outcome::TooLong); });
+    limit.start(deadline(m_limits.connectLimit));
+
+    if (!waitInLoop(loop, attempt)) {
+        return Outcome::Superseded;
+    }
+    if (*outcome == Outcome::Up) {
+        // The tunnel may run for days; what OpenVPN writes from now on would only pile up.
+        QObject::connect(process, &QProcess::readyRead, process, [process] { process->readAll(); });
+    }
+    return *outcome;
+}
+
+bool OvpnConnection::writeConfigFile(const QString& configText)
+{
     QByteArray text = configText.toLatin1();
     if (text.contains("verb 0")) {
         text.replace("verb 0", "verb 1");
@@ -180,91 +322,55 @@ OperationResult OvpnConnection::tryConnectOneTime(const QString& configText,
         text.replace("compress lzo", "comp-lzo");
         qDebug() << "replace comp-lzo";
     }
-
-    // Removed when this run ends: OpenVPN has read it by the time it reports anything. Created
-    // readable by the owner only, as it holds the private key.
-    QTemporaryFile file;
+    // In the private runtime directory, readable by the owner only: it holds the private key.
+    // Removed as soon as the run has a verdict (OpenVPN has read it by then), by disconnect, and
+    // failing both by the next start's leftover cleanup.
+    const QString directory = RuntimeDirectory::path();
+    if (directory.isEmpty()) {
+        return false;
+    }
+    QTemporaryFile file(directory + QLatin1Char('/') + m_entryPrefix +
+                        QStringLiteral("-XXXXXX.conf"));
+    file.setAutoRemove(false);
     if (!file.open()) {
         qWarning().noquote() << "cannot create the OpenVPN configuration file:"
                              << file.errorString();
-        return failure("label.can_not_create_config_for_open_vpn");
+        return false;
     }
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     m_configFilePath = file.fileName();
-    {
-        QTextStream stream(&file);
-        stream << QString::fromLatin1(text);
-        stream.flush();
-        if (stream.status() != QTextStream::Ok || !file.flush()) {
-            qWarning().noquote() << "cannot write the OpenVPN configuration file:"
-                                 << file.errorString();
-            return failure("label.can_not_create_config_for_open_vpn");
-        }
+    if (file.write(text) != text.size() || !file.flush()) {
+        qWarning().noquote() << "cannot write the OpenVPN configuration file:"
+                             << file.errorString();
+        file.close();
+        deleteConfigFile();
+        return false;
     }
-    file.close();
+    return true;
+}
 
-    m_process = std::make_unique<QProcess>();
-    m_process->setProcessChannelMode(QProcess::MergedChannels);
-    // An explicit program path and working directory: the process-wide current directory stays.
-    m_process->setProgram(programPath());
-    m_process->setWorkingDirectory(QFileInfo(programPath()).absolutePath());
-    m_process->setArguments({QStringLiteral("--config"), m_configFilePath});
-    qDebug().noquote() << programName + QStringLiteral(" start ") + programPath() +
-                              QStringLiteral(" --config ") + m_configFilePath;
-    m_process->start(QIODevice::ReadWrite);
-    // Returns as soon as exec has succeeded or failed (a matter of milliseconds), so a missing or
-    // unusable program is told apart from one that fails later; the bound only guards against an
-    // exec that hangs.
-    m_process->waitForStarted(int(startCheckLimit.count()));
-    if (m_process->error() == QProcess::FailedToStart) {
-        qWarning().noquote() << "cannot start" << programPath() << ":" << m_process->errorString();
-        return failure("warning.open_vpn_running_fails_check_apps");
+bool OvpnConnection::waitInLoop(QEventLoop& loop, quint64 attempt)
+{
+    QEventLoop* const outer = m_wait;
+    m_wait = &loop;
+    loop.exec();
+    m_wait = outer;
+    return m_attempt == attempt;
+}
+
+bool OvpnConnection::pause(milliseconds length, quint64 attempt)
+{
+    QEventLoop loop;
+    QTimer::singleShot(length, &loop, &QEventLoop::quit);
+    return waitInLoop(loop, attempt);
+}
+
+quint64 OvpnConnection::supersede()
+{
+    if (m_wait) {
+        m_wait->quit();
+        m_wait = nullptr;
     }
-
-    const QString failureText = translated("warning.can_not_open_vpn_check_is_admin_granted");
-    QElapsedTimer waitTimer;
-    waitTimer.start();
-    for (;;) {
-        if (m_process->error() == QProcess::FailedToStart) {
-            return failure("warning.open_vpn_does_not_exists_try_another_protocol");
-        }
-        const milliseconds elapsed = elapsedOf(waitTimer);
-        if (exceeded(elapsed, m_limits.connectLimit)) {
-            qWarning().noquote() << "OpenVPN did not come up in time; its output:"
-                                 << output.right(2000);
-            return timeOut(typeText);
-        }
-        if (exceeded(elapsed, m_limits.silenceLimit) && !outputSeen) {
-            return failure("warning.open_vpn_server_does_not_respond");
-        }
-        const QProcess::ProcessState state = m_process->state();
-        qDebug() << "openvpn state: " << state;
-        if (state == QProcess::NotRunning) {
-            retry = true;
-            return OperationResult(failureText, OperationResult::General);
-        }
-
-        processEventsFor(int(m_limits.wait.count()),
-                         int(std::max(m_limits.slice, milliseconds(1)).count()));
-
-        const QByteArray chunk = m_process->readAll();
-        if (chunk.isEmpty()) {
-            QCoreApplication::processEvents();
-            continue;
-        }
-        outputSeen = true;
-        output += QString::fromLocal8Bit(chunk);
-        switch (analyseProcessOutput(output)) {
-        case 0:
-            return {};
-        case 1:
-            qWarning().noquote() << "OpenVPN reported a failure:" << output.right(1000);
-            return OperationResult(failureText, OperationResult::General);
-        default:
-            QCoreApplication::processEvents();
-            break;
-        }
-    }
+    return ++m_attempt;
 }
 
 int OvpnConnection::analyseProcessOutput(const QString& output)
@@ -287,20 +393,55 @@ QString OvpnConnection::generateConnectionTypeString(ConnectionType type)
 
 OperationResult OvpnConnection::disconnect()
 {
+    supersede();
     deleteConfigFile();
-    if (m_process) {
-        m_process->kill();
-        while (m_process->state() != QProcess::NotRunning) {
-            const QByteArray chunk = m_process->readAll();
-            if (!chunk.isEmpty()) {
-                qDebug().noquote() << QString::fromLocal8Bit(chunk);
-            }
-            m_process->waitForFinished(int(m_limits.slice.count()));
-            QCoreApplication::processEvents();
-        }
-        m_process.reset();
-    }
+    stopProcess(true);
     return {};
+}
+
+void OvpnConnection::stopProcess(bool keepEventsRunning)
+{
+    // Detached first: whatever runs during the waits below (a connect, another disconnect) finds
+    // no process here and cannot reach this one.
+    std::unique_ptr<QProcess> process = std::move(m_process);
+    const qint64 pid = std::exchange(m_processId, 0); // QProcess forgets it once the process ends
+    if (!process) {
+        return;
+    }
+    QObject::disconnect(process.get(), nullptr, nullptr, nullptr);
+    if (process->state() != QProcess::NotRunning) {
+        // SIGKILL: the tunnel must go at once. The kernel removes the tun device when the
+        // process's descriptors close, which can take a moment.
+        process->kill();
+        if (keepEventsRunning) {
+            QEventLoop loop;
+            QObject::connect(process.get(),
+                             qOverload<int, QProcess::ExitStatus>(&QProcess::finished), &loop,
+                             &QEventLoop::quit);
+            QTimer::singleShot(stopLimit, &loop, &QEventLoop::quit);
+            if (process->state() != QProcess::NotRunning) {
+                loop.exec();
+            }
+        }
+        if (process->state() != QProcess::NotRunning) {
+            process->waitForFinished(int(stopLimit.count()));
+        }
+    }
+    const QByteArray rest = process->readAll();
+    if (!rest.isEmpty()) {
+        qDebug().noquote() << QString::fromLocal8Bit(rest);
+    }
+    if (process->state() != QProcess::NotRunning) {
+        // Stuck in the kernel. Its record stays for the next start; the object goes when the
+        // process finally ends instead of blocking here again in QProcess's destructor.
+        qWarning().noquote() << "openvpn" << pid << "did not end within" << stopLimit.count()
+                             << "ms of SIGKILL";
+        QObject::connect(process.get(), qOverload<int, QProcess::ExitStatus>(&QProcess::finished),
+                         process.get(), &QObject::deleteLater);
+        process.release();
+        return;
+    }
+    RuntimeDirectory::forgetProcess(recordName(pid));
 }
 
 void OvpnConnection::deleteConfigFile()
@@ -317,6 +458,18 @@ QString OvpnConnection::programPath() const
                                   ? QCoreApplication::applicationDirPath() + QStringLiteral("/bin")
                                   : m_programDirectory;
     return QDir(directory).absoluteFilePath(programName);
+}
+
+QString OvpnConnection::recordName(qint64 pid) const
+{
+    return m_entryPrefix + QLatin1Char('-') + QString::number(pid);
+}
+
+milliseconds OvpnConnection::deadline(milliseconds limit) const
+{
+    // The first moment at which exceeded() answers true.
+    const milliseconds tick = std::max(m_limits.tick, milliseconds(1));
+    return (limit / tick + 1) * tick;
 }
 
 bool OvpnConnection::exceeded(milliseconds elapsed, milliseconds limit) const

@@ -8,6 +8,7 @@
 #include <memory>
 
 class IServerApi;
+class QEventLoop;
 struct VpnServerInformation;
 
 namespace tavero {
@@ -18,7 +19,7 @@ namespace tavero {
 struct OvpnConnectionLimits {
     std::chrono::milliseconds connectLimit{20000}; // one run, and the whole retry loop
     std::chrono::milliseconds silenceLimit{9000};  // until the first output of a run
-    std::chrono::milliseconds wait{500};           // between two reads of the output
+    std::chrono::milliseconds wait{500};           // first pause before restarting an exited run
     std::chrono::milliseconds slice{100};          // longest stretch without event processing
     std::chrono::milliseconds tick{1000};          // unit in which elapsed time is counted
 };
@@ -27,10 +28,16 @@ struct OvpnConnectionLimits {
 // Windows "openvpn.exe", in the program directory, by default "bin" beside the executable) on a
 // configuration generated from a fixed template, the server's host and the account's certificates.
 //
-// Main thread only. The waits keep the event loop running in short slices, so the user interface
-// stays alive while a connect is under way. At most one OpenVPN process runs per driver: a new
-// attempt kills the previous one first. After a successful connect the process keeps running
-// (the tunnel) until `disconnect()`; the configuration file is gone by then.
+// Main thread only. A connect waits in a nested event loop that ends at the first decisive line
+// of OpenVPN's output (success or error), when OpenVPN ends, or at a limit, so the user interface
+// stays alive meanwhile. At most one OpenVPN process runs per driver: a new attempt kills the
+// previous one first, and a failed attempt kills its own. After a successful connect the process
+// keeps running (the tunnel) until `disconnect()`; the configuration file is gone by then.
+//
+// Re-entry through the nested loops is harmless: `disconnect()` or a new connect called from
+// inside a wait supersedes the waiting attempt, which then returns a failure without touching
+// the driver again; the process is detached from the driver before any wait for its end. The
+// configuration file (owner-only) and a record of the process live in RuntimeDirectory::path().
 //
 // Failure messages (translated in context "QObject"; the English texts are those of the catalogue):
 //   "label.can_not_create_config_for_open_vpn"
@@ -58,7 +65,7 @@ public:
 
     // `programDirectory` holds the OpenVPN program; empty means "bin" beside the executable.
     explicit OvpnConnection(IServerApi& api, QString programDirectory = {}, Limits limits = {});
-    ~OvpnConnection(); // disconnects
+    ~OvpnConnection(); // kills the process and waits a bounded time, without processing events
     OvpnConnection(const OvpnConnection&) = delete;
     OvpnConnection& operator=(const OvpnConnection&) = delete;
 
@@ -77,19 +84,11 @@ public:
                                        QString& out);
 
     // Runs a complete configuration text (trusted: the caller has checked what went into it),
-    // retrying while OpenVPN exits by itself, then deletes the configuration file.
+    // starting a fresh run whenever OpenVPN exits by itself, after a pause that doubles from
+    // `wait`, until success, a failure that is not worth retrying, or more than `connectLimit`
+    // since the connect began (then the time-out for `typeText`). The configuration file is
+    // deleted, and on failure the process is stopped, before it returns.
     OperationResult connect(const QString& configText, const QString& typeText);
-
-    // The retry loop: starts a fresh run whenever OpenVPN exits by itself, until success, a
-    // failure that is not worth retrying, or more than `connectLimit` since the loop began (then
-    // disconnects and reports the time-out for `typeText`).
-    OperationResult forceConnect(const QString& configText, const QString& typeText);
-
-    // One run: kills any earlier process, writes the configuration file (owner-only), starts
-    // OpenVPN and classifies its output until success, failure or a limit. `retry` is set when
-    // OpenVPN exited by itself.
-    OperationResult tryConnectOneTime(const QString& configText, const QString& typeText,
-                                      bool& retry);
 
     // 0: the tunnel is up; 1: OpenVPN reported a failure; 2: keep waiting. An IPv6 set-up error
     // alone is not a failure.
@@ -98,8 +97,9 @@ public:
     // "TCP" for Tcp, "UDP" for anything else.
     static QString generateConnectionTypeString(ConnectionType type);
 
-    // Kills the process (if any), waits for it to end and deletes the configuration file. Safe
-    // when nothing runs; always succeeds.
+    // Kills the process (if any), waits a bounded time for it to end (processing events) and
+    // deletes the configuration file. Ends any connect waiting further down the stack. Safe when
+    // nothing runs; always succeeds.
     OperationResult disconnect();
 
     // Removes the configuration file of the current attempt (a missing file is no error).
@@ -113,13 +113,44 @@ public:
     const QProcess* process() const { return m_process.get(); }
 
 private:
+    // How one run of OpenVPN ended.
+    enum class Outcome {
+        Up,
+        Failed,
+        Exited,
+        Silent,
+        TooLong,
+        NoFile,
+        NotStarted,
+        Lost,
+        Superseded
+    };
+
+    OperationResult forceConnect(const QString& configText, const QString& typeText,
+                                 quint64 attempt);
+    Outcome runOnce(const QString& configText, quint64 attempt, QString& output);
+    bool writeConfigFile(const QString& configText);
+    // Runs `loop` as the wait of `attempt`; false when a later connect or disconnect superseded
+    // the attempt meanwhile (the caller must then leave the driver's members alone).
+    bool waitInLoop(QEventLoop& loop, quint64 attempt);
+    bool pause(std::chrono::milliseconds length, quint64 attempt);
+    quint64 supersede();
+    // Detaches the process from the driver, kills it and waits (bounded) for its end, in a
+    // nested event loop when `keepEventsRunning`.
+    void stopProcess(bool keepEventsRunning);
+    QString recordName(qint64 pid) const;
+    std::chrono::milliseconds deadline(std::chrono::milliseconds limit) const;
     bool exceeded(std::chrono::milliseconds elapsed, std::chrono::milliseconds limit) const;
 
     IServerApi& m_api;
     QString m_programDirectory;
     Limits m_limits;
+    QString m_entryPrefix; // names this driver's entries in the runtime directory
     QString m_configFilePath;
     std::unique_ptr<QProcess> m_process;
+    qint64 m_processId = 0;
+    quint64 m_attempt = 0;        // bumped by every connect and disconnect
+    QEventLoop* m_wait = nullptr; // the wait of the current attempt, ended when it is superseded
 };
 
 } // namespace tavero

@@ -34,6 +34,9 @@ VpnManager::VpnManager(IServerApi& api, std::unique_ptr<IPlatform> platform,
     QObject::connect(&m_chain, &ConnectionChain::modeChanged, this, [this] {
         ServerApi::routesChanged(m_chain.mode() == ConnectionChain::Connecting);
     });
+    // A copy that crashed (or was killed) while the kill switch held the network cut left the
+    // switched-off connections on disk: every client that builds a manager brings them back.
+    m_killSwitcher.restoreLeftover();
 }
 
 VpnManager::~VpnManager() = default;

@@ -89,7 +89,7 @@ private slots:
     {
         tavero::ServerApi api({ready("api"), ready("ipinfo"), ready("probe"), ready("ca")});
         QVERIFY(!api.receiveIp().isProtected);
-        LinuxPlatform platform(LinuxPlatform::Options{{}, {}, {}, m_paths});
+        LinuxPlatform platform(ikev2Options());
         const OperationResult result =
             platform.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false);
         QVERIFY2(result.isSuccess, qPrintable(result.message));
@@ -109,7 +109,7 @@ private slots:
         QVERIFY2(through.ip.startsWith(QLatin1String("10.9.0.")), qPrintable(through.ip));
         // A new run of the client finds the charon of one that never hung up, stops it and dials.
         QFile::copy(pidFile, m_dir.filePath("first.pid"));
-        LinuxPlatform next(LinuxPlatform::Options{{}, {}, {}, m_paths});
+        LinuxPlatform next(ikev2Options());
         QVERIFY(
             next.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false).isSuccess);
         QVERIFY(!processAlive(m_dir.filePath("first.pid")));
@@ -123,7 +123,7 @@ private slots:
     void refusedDialLeavesNothingBehind()
     {
         QVERIFY(setAccepting(false));
-        LinuxPlatform platform(LinuxPlatform::Options{{}, {}, {}, m_paths});
+        LinuxPlatform platform(ikev2Options());
         const OperationResult refused =
             platform.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false);
         QVERIFY(setAccepting(true));
@@ -176,6 +176,12 @@ private slots:
     }
 
 private:
+    LinuxPlatform::Options ikev2Options() const
+    {
+        LinuxPlatform::Options options;
+        options.ikev2 = m_paths;
+        return options;
+    }
     QString ready(const char* key) const { return m_ready.value(QLatin1String(key)).toString(); }
     bool setAccepting(bool accepting)
     {

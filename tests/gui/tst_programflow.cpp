@@ -15,6 +15,7 @@
 #include "support/clientstand.h"
 #include "support/devservice.h"
 #include "support/messageboxdriver.h"
+#include "support/standinlog.h"
 #include "support/testmain.h"
 
 #include <QAction>
@@ -24,6 +25,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <csignal>
 
 using tavero::ConnectionChain;
 using tavero::ProgramAssembly;
@@ -257,6 +259,56 @@ private slots:
         QVERIFY(driver.seen().at(0).text.contains("administrator rights"));
         QVERIFY(!ServerApi::isOpenVpnAllowed());
         QVERIFY(!ServerApi::isKillswitchAllowed());
+    }
+
+    // SIGTERM, SIGHUP (the terminal or the desktop session going away) and SIGINT end the client
+    // as its own exit does, never underneath a running attempt: once it is over, the tunnel goes,
+    // openvpn with it, and the event loop ends with success so the graph unwinds in order.
+    void stopSignalEndsTheClientInOrder_data()
+    {
+        QTest::addColumn<int>("signalNumber");
+        QTest::addColumn<bool>("duringConnect");
+        QTest::newRow("SIGTERM while connected") << SIGTERM << false;
+        QTest::newRow("SIGHUP while connecting") << SIGHUP << true;
+        QTest::newRow("SIGINT while connecting") << SIGINT << true;
+    }
+    void stopSignalEndsTheClientInOrder()
+    {
+        QFETCH(int, signalNumber);
+        QFETCH(bool, duringConnect);
+        tavero::test::StandInLog standIns;
+        {
+            ServerApi api(m_service->endpoints());
+            tavero::Settings settings;
+            settings.setToken(
+                api.loginByEmail(m_service->account(0).email, m_service->account(0).password)
+                    .token);
+            settings.setProtocolTypes(OvpnUdp);
+            for (const auto& servers : api.receiveServerList().serversByCountry) {
+                for (const VpnServerInformation& server : servers) {
+                    if (server.hasOvpnConfig)
+                        settings.setServerName(server.name);
+                }
+            }
+        }
+        UpdateDecliner decliner;
+        ProgramAssembly assembly(options());
+        QVERIFY(assembly.assemble(true));
+        tavero::VpnManager& manager = *assembly.vpnManager();
+        QObject context;
+        QObject::connect(&manager.connection(), &ConnectionChain::modeChanged, &context, [&] {
+            if (duringConnect && manager.connection().mode() == ConnectionChain::Connecting)
+                ::raise(signalNumber);
+        });
+        QVERIFY(manager.connect().isSuccess); // the attempt is not disturbed
+        QCOMPARE(standIns.live().size(), 1);
+        if (!duringConnect)
+            ::raise(signalNumber);
+        QTimer::singleShot(60000, &context, [] { QCoreApplication::exit(1); });
+        QCOMPARE(QCoreApplication::exec(), 0);
+        QCOMPARE(manager.connection().mode(), ConnectionChain::Disconnected);
+        QTRY_VERIFY(standIns.live().isEmpty());
+        QCOMPARE(standIns.leftoverConfigs(), QStringList{});
     }
 
     void markerIsConsumedOnce()

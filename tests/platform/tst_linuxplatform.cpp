@@ -31,6 +31,8 @@ struct FakeNetwork {
     QStringList failingSwitches; // ids whose switch reports an error (and does not happen)
     QStringList log;             // "off:ID", "on:ID" for every switch attempted
     int backendsMade = 0;
+    QString stateFile;             // the platform's kill-switch state file
+    QStringList onDiskAtSwitchOff; // ids that were in it when their switch-off came
 
     Connection* find(const QString& id)
     {
@@ -90,6 +92,9 @@ private:
     NetworkSwitchStatus flip(const QString& id, bool on)
     {
         m_network->log << (on ? QStringLiteral("on:") : QStringLiteral("off:")) + id;
+        QFile state(m_network->stateFile);
+        if (!on && state.open(QIODevice::ReadOnly) && state.readAll().contains(id.toUtf8()))
+            m_network->onDiskAtSwitchOff << id;
         if (m_network->failingSwitches.contains(id))
             return NetworkSwitchStatus::failure(5, QStringLiteral("denied"));
         m_network->find(id)->on = on;
@@ -474,6 +479,35 @@ private slots:
         // With nothing remembered the backend is chosen afresh.
         QVERIFY(platform.turnOffInternet().isSuccess);
         QCOMPARE(network->backendsMade, 2);
+    }
+
+    // What the kill switch switches off is on disk (for the user alone) before it is switched: a
+    // run that dies while the network is cut leaves it to the next start, which switches it on;
+    // what fails to come back stays on disk for the start after.
+    void switchedOffConnectionsSurviveTheProcess()
+    {
+        QTemporaryDir dir;
+        auto network = makeNetwork({{"eth0", true}, {"tun0", true}});
+        LinuxPlatform::Options options = optionsFor(network);
+        options.killSwitchStateFile = network->stateFile = dir.filePath("state/killswitch.json");
+        {
+            LinuxPlatform killed(options);
+            QVERIFY(killed.turnOffInternet().isSuccess);
+        } // switches nothing on when it goes, as a killed process would not
+        QCOMPARE(network->onDiskAtSwitchOff, QStringList({"eth0", "tun0"}));
+        const QFileDevice::Permissions others = QFileDevice::ReadGroup | QFileDevice::ReadOther;
+        QVERIFY(!(QFile(options.killSwitchStateFile).permissions() & others));
+
+        network->failingSwitches = QStringList{"tun0"};
+        bool reenabled = false;
+        LinuxPlatform(options).turnOnInternet(reenabled);
+        QCOMPARE(network->onIds(), QStringList{"eth0"});
+        network->failingSwitches.clear();
+        LinuxPlatform last(options);
+        QCOMPARE(last.rememberedConnections(), QStringList{"tun0"});
+        QVERIFY(last.turnOnInternet(reenabled).isSuccess);
+        QCOMPARE(network->onIds(), QStringList({"eth0", "tun0"}));
+        QVERIFY(!QFile::exists(options.killSwitchStateFile));
     }
 
     void switchOnWithNothingRememberedFails()

@@ -40,7 +40,6 @@ ConnectionChain::Options ManagerFixture::quietChainOptions()
     options.keeperIntervalMs = 3600 * 1000;
     options.reestablishIntervalMs = 3600 * 1000;
     options.asyncPollWindowMs = 10;
-    options.asyncPollSliceMs = 5;
     return options;
 }
 

@@ -96,7 +96,6 @@ tavero::ConnectionChain::Options quietChain()
     options.keeperIntervalMs = 3600 * 1000;
     options.reestablishIntervalMs = 3600 * 1000;
     options.asyncPollWindowMs = 10;
-    options.asyncPollSliceMs = 5;
     return options;
 }
 

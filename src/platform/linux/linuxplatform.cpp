@@ -13,9 +13,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QList>
 #include <QMutex>
 #include <QMutexLocker>
+#include <QSaveFile>
 #include <QStandardPaths>
 #include <algorithm>
 #include <cerrno>
@@ -174,12 +178,78 @@ void handToConfigurationOwner(const QString& autostartDirectory, const QString& 
 } // namespace
 
 LinuxPlatform::LinuxPlatform()
-    : LinuxPlatform(Options{})
+    : LinuxPlatform(defaultOptions())
 {}
+
+LinuxPlatform::Options LinuxPlatform::defaultOptions()
+{
+    Options options;
+    options.killSwitchStateFile = killSwitchStateFileDefault();
+    return options;
+}
 
 LinuxPlatform::LinuxPlatform(Options options)
     : m_options(std::move(options))
-{}
+{
+    loadRemembered();
+}
+
+QString LinuxPlatform::killSwitchStateFileDefault()
+{
+    QString base = qEnvironmentVariable("XDG_STATE_HOME");
+    if (base.isEmpty())
+        base = QDir::homePath() + QStringLiteral("/.local/state");
+    return base + QStringLiteral("/tavero/killswitch.json");
+}
+
+void LinuxPlatform::loadRemembered()
+{
+    if (m_options.killSwitchStateFile.isEmpty())
+        return;
+    QFile file(m_options.killSwitchStateFile);
+    if (!file.exists())
+        return;
+    if (!file.open(QIODevice::ReadOnly)) {
+        qWarning() << "Cannot read the kill switch's state" << file.fileName()
+                   << file.errorString();
+        return;
+    }
+    const QJsonObject state = QJsonDocument::fromJson(file.readAll()).object();
+    m_rememberedBackend = state.value(QLatin1String("backend")).toString();
+    const QJsonArray ids = state.value(QLatin1String("connections")).toArray();
+    for (const QJsonValue& id : ids) {
+        if (id.isString() && !id.toString().isEmpty() && !m_remembered.contains(id.toString()))
+            m_remembered.append(id.toString());
+    }
+    if (!m_remembered.isEmpty()) {
+        qWarning() << "The kill switch of an earlier run left network connections switched off:"
+                   << m_remembered.join(QStringLiteral(", "));
+    }
+}
+
+bool LinuxPlatform::saveRemembered()
+{
+    if (m_options.killSwitchStateFile.isEmpty())
+        return true;
+    if (m_remembered.isEmpty()) {
+        QFile::remove(m_options.killSwitchStateFile);
+        return true;
+    }
+    const QFileInfo info(m_options.killSwitchStateFile);
+    // The directory is the user's own: readable by nobody else.
+    if (!QDir().mkpath(info.absolutePath()))
+        return false;
+    ::chmod(QFile::encodeName(info.absolutePath()).constData(), 0700);
+    QJsonObject state;
+    state.insert(QLatin1String("backend"), m_backend ? m_backend->name() : m_rememberedBackend);
+    state.insert(QLatin1String("connections"), QJsonArray::fromStringList(m_remembered));
+    QSaveFile file(info.absoluteFilePath());
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    file.write(QJsonDocument(state).toJson(QJsonDocument::Compact));
+    return file.commit();
+}
 
 LinuxPlatform::~LinuxPlatform()
 {
@@ -450,6 +520,13 @@ OperationResult LinuxPlatform::enableOrDisableConnections(bool enable, bool& ree
     if (m_remembered.isEmpty() || !m_backend) {
         m_backend = m_options.networkBackendFactory ? m_options.networkBackendFactory()
                                                     : chooseNetworkSwitchBackend();
+        // Identifiers an earlier run left are only switched by the same kind of backend.
+        if (m_backend && !m_remembered.isEmpty() && !m_rememberedBackend.isEmpty() &&
+            m_backend->name() != m_rememberedBackend) {
+            qWarning() << "The remembered connections belong to" << m_rememberedBackend
+                       << "but this run switches through" << m_backend->name();
+            m_backend.reset();
+        }
     }
     const NetworkSwitchStatus reached =
         m_backend ? m_backend->open()
@@ -487,10 +564,17 @@ void LinuxPlatform::switchOffPass(NetworkSwitchBackend& backend, NetworkSwitchSt
     const NetworkSwitchStatus listed = backend.listSwitchedOn(connections);
     if (!listed.ok())
         status = listed;
+    // Remembered, on disk as well, before the first switch: a half-switched connection must
+    // still come back, even after a crash of this process.
     for (const NetworkConnection& connection : qAsConst(connections)) {
-        // Remembered before the attempt: a half-switched connection must still come back.
         if (!m_remembered.contains(connection.id))
             m_remembered.append(connection.id);
+    }
+    if (!saveRemembered()) {
+        qWarning() << "Cannot write the kill switch's state" << m_options.killSwitchStateFile
+                   << "; a crash while the network is cut would leave it cut";
+    }
+    for (const NetworkConnection& connection : qAsConst(connections)) {
         status = backend.switchOff(connection);
         if (status.ok())
             qInfo() << "Network connection switched off:" << connection.label;
@@ -504,11 +588,14 @@ void LinuxPlatform::switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchSta
 {
     if (m_remembered.isEmpty())
         return;
+    // What could not be switched on stays remembered, so the next pass tries it again.
+    QStringList stillOff;
     for (const QString& id : qAsConst(m_remembered)) {
         NetworkSwitchBackend::State state = NetworkSwitchBackend::State::Missing;
         const NetworkSwitchStatus known = backend.stateOf(id, state);
         if (!known.ok()) {
             status = known;
+            stillOff << id;
             continue;
         }
         // Gone, or switched on by the user meanwhile: left alone.
@@ -516,12 +603,16 @@ void LinuxPlatform::switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchSta
             continue;
         status = backend.switchOn(id);
         reenabled = true;
-        if (status.ok())
+        if (status.ok()) {
             qInfo() << "Network connection switched on:" << id;
-        else
+        } else {
             qWarning() << "Could not switch on" << id << status.detail;
+            stillOff << id;
+        }
     }
-    m_remembered.clear();
+    m_remembered = stillOff;
+    if (!saveRemembered())
+        qWarning() << "Cannot update the kill switch's state" << m_options.killSwitchStateFile;
 }
 
 bool LinuxPlatform::IsRdpListening()

@@ -41,8 +41,13 @@ public:
         StrongswanTunnel::Paths ikev2;
         // Makes the NetworkManager dial-up; default: NetworkManager on the system bus.
         std::function<std::unique_ptr<NetworkManagerDialup>()> dialupFactory;
+        // Where the switched-off connections are kept across a crash; empty keeps them in memory
+        // only. The default constructor uses killSwitchStateFileDefault().
+        QString killSwitchStateFile;
     };
 
+    // The product's platform: switched-off connections survive a crash in
+    // killSwitchStateFileDefault(), and a start finds them there.
     LinuxPlatform();
     explicit LinuxPlatform(Options options);
     ~LinuxPlatform() override;
@@ -69,6 +74,8 @@ public:
     QStringList rememberedConnections() const { return m_remembered; }
     // The start entry's file.
     QString autostartFilePath() const;
+    // $XDG_STATE_HOME/tavero/killswitch.json, else ~/.local/state/tavero/killswitch.json.
+    static QString killSwitchStateFileDefault();
 
     // Effective uid 0, or CAP_NET_ADMIN in the effective capability set.
     static bool isRunningAsAdministrator();
@@ -114,6 +121,9 @@ private:
     void switchOffPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status);
     void switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchStatus& status, bool& reenabled);
     QString programPath() const;
+    static Options defaultOptions();
+    void loadRemembered();
+    bool saveRemembered();
 
     void hangUpIKEv2();
     std::unique_ptr<NetworkManagerDialup> dialup() const;
@@ -124,6 +134,8 @@ private:
     Options m_options;
     std::unique_ptr<StrongswanTunnel> m_ikev2;
     std::unique_ptr<class HalfDefaultRoutes> m_ikev2Routes;
+    // Backend that wrote the remembered identifiers of an earlier run ("interfaces", ...).
+    QString m_rememberedBackend;
     // The backend that made the remembered list; identifiers only mean something to it.
     std::unique_ptr<NetworkSwitchBackend> m_backend;
     QStringList m_remembered;

@@ -5,11 +5,12 @@
 
 class QSocketNotifier;
 
-namespace tavero::cli {
+namespace tavero {
 
-// Turns SIGINT and SIGTERM into a Qt signal delivered by the event loop (nested loops included),
-// so a stop request never interrupts the code that is running. One watcher per process; the
-// previous dispositions come back when it is destroyed.
+// Turns SIGINT, SIGTERM and SIGHUP (the terminal or the desktop session going away) into a Qt
+// signal delivered by the event loop (nested loops included), through a self-pipe, so a stop
+// request never interrupts the code that is running and the programme can unwind in order. One
+// watcher per process; the previous dispositions come back when it is destroyed.
 class SignalWatcher : public QObject {
     Q_OBJECT
 public:
@@ -32,4 +33,4 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
-} // namespace tavero::cli
+} // namespace tavero

@@ -1,4 +1,4 @@
-#include "cli/signalwatcher.h"
+#include "app/signalwatcher.h"
 
 #include <QSocketNotifier>
 #include <atomic>
@@ -7,12 +7,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace tavero::cli {
+namespace tavero {
 namespace {
 
 std::atomic<int> writeEnd{-1};
-struct sigaction previousInt;
-struct sigaction previousTerm;
+constexpr int watched[] = {SIGINT, SIGTERM, SIGHUP};
+struct sigaction previous[3];
 
 void onSignal(int signalNumber)
 {
@@ -38,11 +38,13 @@ SignalWatcher::SignalWatcher(QObject* parent)
     action.sa_handler = onSignal;
     sigemptyset(&action.sa_mask);
     action.sa_flags = SA_RESTART;
-    if (::sigaction(SIGINT, &action, &previousInt) != 0 ||
-        ::sigaction(SIGTERM, &action, &previousTerm) != 0) {
-        ::sigaction(SIGINT, &previousInt, nullptr);
-        writeEnd.store(-1);
-        return;
+    for (int i = 0; i < 3; ++i) {
+        if (::sigaction(watched[i], &action, &previous[i]) != 0) {
+            while (--i >= 0)
+                ::sigaction(watched[i], &previous[i], nullptr);
+            writeEnd.store(-1);
+            return;
+        }
     }
     m_notifier = std::make_unique<QSocketNotifier>(m_pipe[0], QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, this,
@@ -53,8 +55,8 @@ SignalWatcher::SignalWatcher(QObject* parent)
 SignalWatcher::~SignalWatcher()
 {
     if (m_active) {
-        ::sigaction(SIGINT, &previousInt, nullptr);
-        ::sigaction(SIGTERM, &previousTerm, nullptr);
+        for (int i = 0; i < 3; ++i)
+            ::sigaction(watched[i], &previous[i], nullptr);
         writeEnd.store(-1);
     }
     m_notifier.reset();
@@ -76,4 +78,4 @@ void SignalWatcher::readSignals()
     }
 }
 
-} // namespace tavero::cli
+} // namespace tavero
