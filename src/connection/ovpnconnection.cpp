@@ -2,6 +2,7 @@
 
 #include "api/iserverapi.h"
 #include "api/vpnserverinformation.h"
+#include "app/programfiles.h"
 #include "connection/eventwait.h"
 #include "connection/ovpninputcheck.h"
 
@@ -314,7 +315,7 @@ void OvpnConnection::deleteConfigFile()
 QString OvpnConnection::programPath() const
 {
     const QString directory = m_programDirectory.isEmpty()
-                                  ? QCoreApplication::applicationDirPath() + QStringLiteral("/bin")
+                                  ? ProgramFiles::companionDirectory() + QStringLiteral("/bin")
                                   : m_programDirectory;
     return QDir(directory).absoluteFilePath(programName);
 }

@@ -16,6 +16,13 @@ constexpr uint nobody = 65534;
 const QFile::Permissions groupOrOthers = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
                                          QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
 
+bool writeFile(const QString& path, const QByteArray& content, bool executable = false)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() &&
+           (!executable || file.setPermissions(file.permissions() | QFile::ExeOwner));
+}
+
 // The first line a launch-check helper prints ("running" or "refused"); it keeps running.
 QString startCopy(QProcess& copy, const QString& name, bool asNobody)
 {
@@ -41,9 +48,8 @@ private slots:
     // for a copy elevated through pkexec or sudo.
     void initTestCase()
     {
-        QVERIFY(m_root.isValid());
         m_home = m_root.filePath("home");
-        QVERIFY(QDir().mkpath(m_home));
+        QVERIFY(m_root.isValid() && QDir().mkpath(m_home));
         QFile::setPermissions(m_root.path(), QFile::permissions(m_root.path()) | QFile::ExeOther |
                                                  QFile::ReadOther);
         if (m_asRoot)
@@ -57,7 +63,6 @@ private slots:
         tavero::Settings settings;
         settings.setToken(QStringLiteral("secret-token"));
         const QString store = m_home + "/.config/TAVERO/TAVERO.conf";
-        QVERIFY(QFile::exists(store));
         QCOMPARE(QFile::permissions(store) & groupOrOthers, QFile::Permissions());
         // A store an older version left readable is closed at the next save.
         QVERIFY(QFile::setPermissions(store, QFile::permissions(store) | QFile::ReadOther));
@@ -66,7 +71,6 @@ private slots:
 
         tavero::NativePlatform platform;
         platform.setRunOnStart(true);
-        QVERIFY(platform.isRunOnStart());
         QVERIFY(!tavero::SingleInstanceMarker::attach(QStringLiteral("tavero-privileges-own")));
 
         if (!m_asRoot)
@@ -82,39 +86,29 @@ private slots:
     }
 
     // Copies of the client with and without rights, started in either order, see each other.
-    void launchCheckSeesCopiesOfAnyPrivilege_data()
-    {
-        QTest::addColumn<bool>("privilegedFirst");
-        QTest::newRow("root copy runs") << true;
-        QTest::newRow("user copy runs") << false;
-    }
-
     void launchCheckSeesCopiesOfAnyPrivilege()
     {
-        QFETCH(bool, privilegedFirst);
         if (!m_asRoot || QStandardPaths::findExecutable("setpriv").isEmpty())
             QSKIP("needs root and setpriv to run a copy as another user");
-        const QString name = QStringLiteral("tavero-privileges-%1").arg(privilegedFirst);
-        QProcess first;
-        QProcess second;
-        QCOMPARE(startCopy(first, name, !privilegedFirst), QString("running"));
-        QCOMPARE(startCopy(second, name, privilegedFirst), QString("refused"));
-        first.closeWriteChannel();
-        QVERIFY(first.waitForFinished(10000));
-        QVERIFY(second.waitForFinished(10000));
+        for (const bool privilegedFirst : {true, false}) {
+            const QString name = QStringLiteral("tavero-privileges-%1").arg(privilegedFirst);
+            QProcess first;
+            QProcess second;
+            QCOMPARE(startCopy(first, name, !privilegedFirst), QString("running"));
+            QCOMPARE(startCopy(second, name, privilegedFirst), QString("refused"));
+            first.closeWriteChannel();
+            QVERIFY(first.waitForFinished(10000) && second.waitForFinished(10000));
+        }
     }
 
     // The environment is the user's, so what it says about the service and the trusted
     // authorities never reaches a root copy; the command line does, as the user confirmed it.
     void elevationHandsOverNoServiceOrTrustOverride()
     {
-        QTemporaryDir bin;
-        QFile pkexec(bin.filePath("pkexec"));
-        QVERIFY(pkexec.open(QIODevice::WriteOnly));
-        pkexec.write(
-            "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$(dirname \"$0\")/arguments\"\nexit 1\n");
-        pkexec.close();
-        QVERIFY(pkexec.setPermissions(pkexec.permissions() | QFile::ExeOwner));
+        QTemporaryDir bin; // a pkexec that records its arguments and declines
+        QVERIFY(writeFile(
+            bin.filePath("pkexec"),
+            "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$(dirname \"$0\")/arguments\"\nexit 1\n", true));
         const QByteArray path = qgetenv("PATH");
         qputenv("PATH", QFile::encodeName(bin.path()) + ':' + path);
         qputenv("DISPLAY", ":987");
@@ -122,9 +116,8 @@ private slots:
         qputenv("TAVERO_CA_FILE", "/tmp/attacker.pem");
         qputenv("TAVERO_LOG_STDERR", "1");
         qunsetenv("TAVERO_NO_ELEVATE");
-        const bool started = tavero::NativePlatform::elevateToAdmin();
+        QVERIFY(!tavero::NativePlatform::elevateToAdmin());
         qputenv("PATH", path);
-        QVERIFY(!started); // the stand-in "declined"
 
         QFile recorded(bin.filePath("arguments"));
         QVERIFY(recorded.open(QIODevice::ReadOnly));
@@ -140,14 +133,51 @@ private slots:
         qputenv("PKEXEC_UID", QByteArray::number(::getuid()));
         qputenv("TAVERO_UPDATE_FILE", "/tmp/attacker.deb");
         tavero::StartEnvironment::prepare({"tavero", "--env=TAVERO_CA_FILE=/tmp/attacker.pem",
-                                           "--env=HOME=" + m_home, "--env=TAVERO_MARK=kept",
+                                           "--env=HOME=" + m_home,
                                            "--api-url=https://chosen.example"});
         qunsetenv("PKEXEC_UID");
         QCOMPARE(qgetenv("TAVERO_API_URL"), QByteArray("https://chosen.example"));
         QVERIFY(!qEnvironmentVariableIsSet("TAVERO_CA_FILE"));
         QVERIFY(!qEnvironmentVariableIsSet("TAVERO_UPDATE_FILE"));
-        QCOMPARE(qgetenv("TAVERO_MARK"), QByteArray("kept"));
         QCOMPARE(qgetenv("HOME"), QFile::encodeName(m_home));
+    }
+
+    // The runner installs with administrator rights: only a newer package of the client that
+    // nobody else could have put or changed where it lies (tst_updaterunner installs one).
+    void updateRunnerInstallsOnlyANewerPackageNobodyElseCouldChange_data()
+    {
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<bool>("sharedFolder");
+        QTest::newRow("same version") << "1.2.3.10" << false;
+        QTest::newRow("older version") << "1.2.3.9" << false;
+        QTest::newRow("folder others can write") << "1.2.3.11" << true;
+    }
+
+    void updateRunnerInstallsOnlyANewerPackageNobodyElseCouldChange()
+    {
+        QFETCH(QString, version);
+        QFETCH(bool, sharedFolder);
+        QTemporaryDir folder;
+        QDir(folder.path()).mkpath("tree/DEBIAN");
+        QVERIFY(writeFile(folder.filePath("tree/DEBIAN/control"),
+                          "Package: tavero\nVersion: " + version.toUtf8() +
+                              "\nArchitecture: all\nMaintainer: T <t@tavero.example>\n"
+                              "Description: t\n"));
+        QCOMPARE(QProcess::execute("dpkg-deb", {"--root-owner-group", "-b", folder.filePath("tree"),
+                                                folder.filePath("update.exe")}),
+                 0);
+        if (sharedFolder)
+            QVERIFY(QFile::setPermissions(folder.path(),
+                                          QFile::permissions(folder.path()) | QFile::WriteOther));
+        QProcess runner;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("TAVERO_UPDATE_FILE", folder.filePath("update.exe"));
+        runner.setProcessEnvironment(env);
+        runner.start(qEnvironmentVariable("TAVERO_UPDATE_RUNNER"),
+                     {"--installer", "true", "--instance-name", "tavero-privileges-runner"});
+        QVERIFY(runner.waitForFinished(30000));
+        QCOMPARE(runner.exitCode(), 3); // not installable; "true" would have "installed" it
+        QVERIFY(QFile::exists(folder.filePath("update.exe")));
     }
 };
 
