@@ -5,11 +5,9 @@
 #include "gui/shell/mainwindow.h"
 #include "gui/shell/settingscontroller.h"
 #include "manager/vpnmanager.h"
-#include "support/fakeserverapi.h"
 #include "support/fakeviewmanager.h"
 #include "support/managerfixture.h"
 #include "support/testmain.h"
-#include "support/testplatform.h"
 
 #include <QCheckBox>
 
@@ -33,12 +31,11 @@ private slots:
 
     void autostartIsRunAtLoginInEveryLanguage()
     {
-        tavero::test::FakeServerApi api;
-        tavero::VpnManager manager(api, std::make_unique<tavero::test::TestPlatform>());
+        tavero::test::ManagerFixture fixture;
         tavero::test::FakeViewManager viewManager;
-        SettingsController controller(manager, viewManager);
-        tavero::LanguageMaster languages(manager.settings(), QLocale::English);
-        SettingsDialog dialog(manager, controller, languages);
+        SettingsController controller(fixture.manager(), viewManager);
+        tavero::LanguageMaster languages(fixture.manager().settings(), QLocale::English);
+        SettingsDialog dialog(fixture.manager(), controller, languages);
         auto* autostart = dialog.findChild<QCheckBox*>("checkBoxRunOnStart");
         for (const tavero::LanguageInfo& language : languages.getLanguageInfos()) {
             languages.changeLanguageByName(language.code);
