@@ -574,6 +574,10 @@ If the application is used on a remote computer, connecting via IKEv2 without ad
         <translation>Russian</translation>
     </message>
     <message>
+        <source>label.run_at_login</source>
+        <translation>Run at login</translation>
+    </message>
+    <message>
         <source>label.run_on_windows_startup</source>
         <translation>Run with Windows</translation>
     </message>

@@ -699,6 +699,11 @@ Si l&apos;application est utilisée sur un ordinateur distant, une connexion IKE
         <translation>Russe</translation>
     </message>
     <message>
+        <source>label.run_at_login</source>
+        <extracomment>English: Run at login</extracomment>
+        <translation>Lancer à l&apos;ouverture de session</translation>
+    </message>
+    <message>
         <source>label.run_on_windows_startup</source>
         <extracomment>English: Run with Windows</extracomment>
         <translation>Lancer avec Windows</translation>

@@ -699,6 +699,11 @@ Wird die Anwendung auf einem entfernten Computer verwendet, unterbricht eine IKE
         <translation>Russisch</translation>
     </message>
     <message>
+        <source>label.run_at_login</source>
+        <extracomment>English: Run at login</extracomment>
+        <translation>Bei der Anmeldung starten</translation>
+    </message>
+    <message>
         <source>label.run_on_windows_startup</source>
         <extracomment>English: Run with Windows</extracomment>
         <translation>Mit Windows starten</translation>

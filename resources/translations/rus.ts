@@ -699,6 +699,11 @@ If the application is used on a remote computer, connecting via IKEv2 without ad
         <translation>Русский</translation>
     </message>
     <message>
+        <source>label.run_at_login</source>
+        <extracomment>English: Run at login</extracomment>
+        <translation>Запускать при входе в систему</translation>
+    </message>
+    <message>
         <source>label.run_on_windows_startup</source>
         <extracomment>English: Run with Windows</extracomment>
         <translation>Запускать вместе с Windows</translation>

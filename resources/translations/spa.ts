@@ -699,6 +699,11 @@ Si la aplicación se usa en un equipo remoto, conectarse mediante IKEv2 sin dere
         <translation>Ruso</translation>
     </message>
     <message>
+        <source>label.run_at_login</source>
+        <extracomment>English: Run at login</extracomment>
+        <translation>Iniciar al iniciar sesión</translation>
+    </message>
+    <message>
         <source>label.run_on_windows_startup</source>
         <extracomment>English: Run with Windows</extracomment>
         <translation>Iniciar con Windows</translation>

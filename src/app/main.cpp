@@ -1,7 +1,11 @@
 #include "app/application.h"
 #include "app/messagehandler.h"
 #include "app/programassembly.h"
+#include "app/startenvironment.h"
 #include "platform/nativeplatform.h"
+
+#include <QFile>
+#include <QStringList>
 
 int main(int argc, char* argv[])
 {
@@ -9,6 +13,12 @@ int main(int argc, char* argv[])
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFallbackSessionManagementEnabled(false);
     qInstallMessageHandler(tavero::messageHandler);
+    {
+        QStringList arguments;
+        for (int i = 0; i < argc; ++i)
+            arguments << QFile::decodeName(argv[i]);
+        tavero::StartEnvironment::prepare(arguments);
+    }
 
     tavero::NativePlatform::confirmElevatedStart();
     const bool isAdministrator = tavero::NativePlatform::isRunningAsAdministrator();

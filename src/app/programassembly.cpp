@@ -5,6 +5,7 @@
 #include "app/programlaunchchecker.h"
 #include "app/signalwatcher.h"
 #include "connection/runtimedirectory.h"
+#include "gui/pages/loginwidget.h"
 #include "gui/shell/controllerinjector.h"
 #include "gui/shell/viewmanager.h"
 #include "manager/vpnmanager.h"
@@ -79,6 +80,11 @@ bool ProgramAssembly::assemble(bool isAdministrator)
     // event loop yet, so the exit sequence's own mark is read as well.
     if (QCoreApplication::closingDown() || m_manager->isProgrammTermination())
         return false;
+    // Support (and the installation test) can tell from the log how far a start got.
+    qInfo().noquote() << "Tavero is ready on the"
+                      << (m_viewManager->currentWidget() == m_viewManager->loginPage()
+                              ? "sign-in page"
+                              : "status page");
 
     if (!isAdministrator) {
         ServerApi::setIsKillswitchAllowed(false);

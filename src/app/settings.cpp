@@ -1,5 +1,10 @@
 #include "app/settings.h"
 
+#include "app/userfileaccess.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
 #include <QSettings>
 
 namespace tavero {
@@ -41,6 +46,13 @@ void Settings::save()
 {
     QSettings store(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("TAVERO"),
                     QStringLiteral("TAVERO"));
+    // A root copy writes as the user whose settings these are, so they stay the user's.
+    const UserFileAccess asHomeUser(store.fileName());
+    // The store holds the access token. QSettings replaces the file by a new one that keeps the
+    // old one's rights, so a file made private before the first write stays private.
+    const QString path = store.fileName();
+    if (!QDir().mkpath(QFileInfo(path).absolutePath()) || !UserFileAccess::makePrivateFile(path))
+        qWarning().noquote() << "Could not make the settings file private:" << path;
     store.setValue(serverNameKey, m_serverName);
     store.setValue(autoConnectionKey, m_autoConnection);
     store.setValue(autoLocationKey, m_autoLocation);
@@ -50,6 +62,7 @@ void Settings::save()
     store.setValue(emailKey, m_email);
     store.setValue(firstRunKey, m_firstRun);
     store.setValue(selectedLanguageKey, m_selectedLanguage);
+    store.sync(); // while the file access is still the user's
 }
 
 QString Settings::serverName()

@@ -1,50 +1,38 @@
 #include "app/singleinstancemarker.h"
 
+#include "app/userfileaccess.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#ifdef Q_OS_UNIX
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#else
+#include <QLockFile>
+#endif
+
 namespace tavero {
 
 namespace {
 // Every build of the client uses this one, so any two copies find each other.
 const QString programGuid = QStringLiteral("8c3e5f0a-41d7-4b6e-9a2c-d5f13e7b0c64");
-
-// Holds the semaphore for one scope; the count is given back on every way out.
-class SemaphoreHold {
-public:
-    explicit SemaphoreHold(QSystemSemaphore& semaphore)
-        : m_semaphore(semaphore)
-        , m_held(semaphore.acquire())
-    {}
-    ~SemaphoreHold()
-    {
-        if (m_held)
-            m_semaphore.release();
-    }
-    Q_DISABLE_COPY_MOVE(SemaphoreHold)
-
-private:
-    QSystemSemaphore& m_semaphore;
-    const bool m_held;
-};
-
-// On Unix a segment outlives a copy that crashed: the kernel drops the dead attachment but keeps
-// the segment. Attaching and detaching once removes a segment that nobody else is attached to,
-// and leaves alone one that a running copy holds.
-void releaseAbandonedSegment(const QString& segmentKey)
-{
-    QSharedMemory probe(segmentKey);
-    if (probe.attach(QSharedMemory::ReadOnly))
-        probe.detach();
-}
 } // namespace
 
 SingleInstanceMarker::ProcessData::ProcessData(const QString& key)
-    : semaphore(key + QStringLiteral("_semaphore"), 1, QSystemSemaphore::Open)
-    , sharedMemory(sharedMemoryName(sharedMemoryName(key)))
+    : path(lockFilePath(key))
 {}
 
 SingleInstanceMarker::ProcessData::~ProcessData()
 {
-    if (sharedMemory.isAttached())
-        sharedMemory.detach();
+#ifdef Q_OS_UNIX
+    if (fd >= 0)
+        ::close(fd);
+#endif
 }
 
 QString SingleInstanceMarker::generateGuidedName(const QString& name)
@@ -57,20 +45,44 @@ QString SingleInstanceMarker::sharedMemoryName(const QString& key)
     return key + QStringLiteral("shared_memory");
 }
 
+QString SingleInstanceMarker::lockFilePath(const QString& key)
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/TAVERO/") + key + QStringLiteral(".lock");
+}
+
 bool SingleInstanceMarker::check(ProcessData& processData, const QString& key)
 {
-    Q_UNUSED(key) // the segment's name was derived from it when processData was made
-    const SemaphoreHold hold(processData.semaphore);
-
-    if (processData.sharedMemory.isAttached())
-        return !processData.holdsMarker;
-
-    releaseAbandonedSegment(processData.sharedMemory.key());
-    if (processData.sharedMemory.attach(QSharedMemory::ReadOnly))
-        return true;
-    // Nobody holds it: claim it. A failed create is not reported; this copy just runs.
-    processData.holdsMarker = processData.sharedMemory.create(1, QSharedMemory::ReadOnly);
-    return false;
+    Q_UNUSED(key) // the file's name was derived from it when processData was made
+    if (processData.holdsMarker)
+        return false;
+#ifndef Q_OS_UNIX
+    // Elsewhere a lock file of the toolkit's own kind; it notices a holder that crashed.
+    QDir().mkpath(QFileInfo(processData.path).absolutePath());
+    processData.lockFile = std::make_unique<QLockFile>(processData.path);
+    processData.lockFile->setStaleLockTime(0);
+    processData.holdsMarker = processData.lockFile->tryLock(0);
+    return !processData.holdsMarker && processData.lockFile->error() == QLockFile::LockFailedError;
+#else
+    if (processData.fd < 0) {
+        // A root copy makes the folder and the file as the user, so the user's copies can open it.
+        const UserFileAccess asHomeUser(processData.path);
+        QDir().mkpath(QFileInfo(processData.path).absolutePath());
+        processData.fd = ::open(QFile::encodeName(processData.path).constData(),
+                                O_RDONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+        if (processData.fd < 0)
+            return false; // not reported: this copy just runs
+    }
+    int result = 0;
+    do {
+        result = ::flock(processData.fd, LOCK_EX | LOCK_NB);
+    } while (result != 0 && errno == EINTR);
+    if (result == 0) {
+        processData.holdsMarker = true;
+        return false;
+    }
+    return errno == EWOULDBLOCK;
+#endif
 }
 
 bool SingleInstanceMarker::attach(const QString& name)

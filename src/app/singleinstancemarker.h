@@ -1,39 +1,45 @@
 #pragma once
 
-#include <QSharedMemory>
 #include <QString>
-#include <QSystemSemaphore>
+#include <QtGlobal>
 #include <map>
 #include <memory>
 
+class QLockFile;
+
 namespace tavero {
 
-// The marker by which one running copy of a program makes itself known to the next: a one-byte
-// named shared-memory segment, tested and created under a named system semaphore so that copies
-// started at the same moment cannot both miss each other. The widget-free half of the launch
-// check; ProgramLaunchChecker adds the boxes.
+// The marker by which one running copy of a program makes itself known to the next: an exclusive
+// lock on a file in the user's settings folder. Copies of any privilege see it, since a root copy
+// makes the file as the user (UserFileAccess) and the lock is taken on an open file that both can
+// open; copies started at the same moment cannot both take it, and the system drops the lock of a
+// copy that crashed. The widget-free half of the launch check; ProgramLaunchChecker adds the boxes.
 class SingleInstanceMarker {
 public:
-    // The semaphore and the segment handle of one key.
+    // The lock file of one key, opened on first use.
     struct ProcessData {
         explicit ProcessData(const QString& key);
-        ~ProcessData(); // detaches; the system drops the segment with its last attachment
+        ~ProcessData(); // closing the file gives up the lock
         Q_DISABLE_COPY_MOVE(ProcessData)
 
-        QSystemSemaphore semaphore; // key + "_semaphore", count 1, opened or created
-        QSharedMemory sharedMemory; // key + "shared_memory" twice, not attached at first
-        bool holdsMarker = false;   // this process created the segment
+        QString path; // <settings folder>/<key>.lock
+        int fd = -1;  // open while this copy holds the marker or has tested it
+#ifndef Q_OS_UNIX
+        std::unique_ptr<QLockFile> lockFile;
+#endif
+        bool holdsMarker = false; // this process took the lock
     };
 
     // name + "_{<fixed GUID>}".
     static QString generateGuidedName(const QString& name);
-    // key + "shared_memory".
+    // key + "shared_memory": the marker's name on Windows.
     static QString sharedMemoryName(const QString& key);
+    // The lock file of `key` in the user's settings folder.
+    static QString lockFilePath(const QString& key);
 
-    // True when another copy holds the marker of `key`. Otherwise creates it, held by
-    // `processData` from then on. Either way `processData` stays attached; asked again, it
-    // answers whether the holder is another copy. A segment left behind by a copy that crashed
-    // is released first, so it never blocks a start.
+    // True when another copy holds the marker of `key`. Otherwise takes it, held by `processData`
+    // from then on; asked again, it answers whether the holder is another copy. A file that cannot
+    // be made (no writable settings folder) is not reported: the answer is false.
     static bool check(ProcessData& processData, const QString& key);
     // The launch check proper: after a false answer this copy holds the marker of `name` until it
     // exits.

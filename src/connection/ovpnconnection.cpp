@@ -2,6 +2,7 @@
 
 #include "api/iserverapi.h"
 #include "api/vpnserverinformation.h"
+#include "app/programfiles.h"
 #include "connection/ovpninputcheck.h"
 #include "connection/ovpnprocess.h"
 #include "connection/runtimedirectory.h"
@@ -455,7 +456,7 @@ void OvpnConnection::deleteConfigFile()
 QString OvpnConnection::programPath() const
 {
     const QString directory = m_programDirectory.isEmpty()
-                                  ? QCoreApplication::applicationDirPath() + QStringLiteral("/bin")
+                                  ? ProgramFiles::companionDirectory() + QStringLiteral("/bin")
                                   : m_programDirectory;
     return QDir(directory).absoluteFilePath(programName);
 }

@@ -234,6 +234,7 @@ private slots:
 
     void minimiseLeavesTheTaskbarAndTheTrayBringsItBack()
     {
+        MainWindow::overrideTrayAvailable(true);
         m_window->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
         m_window->setWindowState(Qt::WindowMinimized);
@@ -250,6 +251,7 @@ private slots:
 
         m_window->setWindowState(Qt::WindowMaximized);
         QVERIFY(!(m_window->windowState() & Qt::WindowMaximized));
+        MainWindow::overrideTrayAvailable(std::nullopt);
     }
 
     void pagesDriveTheWaitingPlate()

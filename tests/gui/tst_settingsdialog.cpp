@@ -450,7 +450,7 @@ private slots:
         QCOMPARE(f.child<QLabel>("labelMainSettingsTitle")->text(), QString("Grundeinstellungen:"));
         QCOMPARE(f.child<QLabel>("labelAccount")->text(), QString("Konto:"));
         QCOMPARE(f.child<QCheckBox>("checkBoxRunOnStart")->text(),
-                 QString("Beim Windows-Start ausführen"));
+                 QString("Bei der Anmeldung starten"));
         QCOMPARE(f.protocols()->currentIndex(), 2);
         QCOMPARE(f.protocols()->itemText(0), QString("Automatisch"));
         QCOMPARE(f.child<QLabel>("labelMail")->text(), QString("bob@tavero.example"));

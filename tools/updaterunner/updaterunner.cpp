@@ -1,6 +1,9 @@
 #include "updaterunner.h"
 
+#include "app/programfiles.h"
 #include "app/singleinstancemarker.h"
+#include "app/userfileaccess.h"
+#include "buildinfo.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -9,6 +12,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QThread>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tavero {
@@ -47,6 +51,30 @@ QString runTool(const QString& program, const QStringList& arguments, QString* e
     return output.isNull() ? QStringLiteral("") : output;
 }
 
+// Only this user may have written the file, and only this user may replace it: its folder and the
+// file itself belong to us and are closed to everyone else's writing, and it is no link.
+bool onlyWeCanWrite(const QString& path)
+{
+    struct stat file {};
+    return ::lstat(QFile::encodeName(path).constData(), &file) == 0 && S_ISREG(file.st_mode) &&
+           file.st_uid == ::geteuid() && (file.st_mode & (S_IWGRP | S_IWOTH)) == 0 &&
+           UserFileAccess::isPrivateFolder(QFileInfo(path).absolutePath());
+}
+
+// The version the package must be newer than: the installed client's, or this build's.
+QString currentVersion()
+{
+    const QString installed =
+        runTool(QStringLiteral("dpkg-query"), {"--showformat=${Version}", "--show", "tavero"})
+            .trimmed();
+    return installed.isEmpty() ? QString::fromLatin1(buildinfo::version) : installed;
+}
+
+bool isNewer(const QString& version, const QString& than)
+{
+    return !runTool(QStringLiteral("dpkg"), {"--compare-versions", version, "gt", than}).isNull();
+}
+
 bool startsWith(const QString& path, const QByteArray& magic)
 {
     QFile file(path);
@@ -65,7 +93,12 @@ UpdateRunner::Outcome UpdateRunner::run()
         return refuse(Outcome::NoUpdate,
                       QStringLiteral("There is no downloaded update to install (%1).")
                           .arg(QDir::toNativeSeparators(update.absoluteFilePath())));
-    const QString path = update.absoluteFilePath();
+    QString path = update.absoluteFilePath();
+    if (!onlyWeCanWrite(path))
+        return refuse(Outcome::NotInstallable,
+                      QStringLiteral("The downloaded update lies where others could have changed "
+                                     "it (%1); it was not installed.")
+                          .arg(path));
 
     PackageFields fields;
     QString error;
@@ -91,7 +124,22 @@ UpdateRunner::Outcome UpdateRunner::run()
                                      "it was not installed.")
                           .arg(fields.architecture, machine));
 
+    const QString current = currentVersion();
+    if (!isNewer(fields.version, current))
+        return refuse(Outcome::NotInstallable,
+                      QStringLiteral("The downloaded package holds version %1, which is not newer "
+                                     "than %2; it was not installed.")
+                          .arg(fields.version, current));
+
     QStringList command = installerCommand();
+    if (m_options.installerCommand.isEmpty() && !path.endsWith(QLatin1String(".deb"))) {
+        // apt-get takes a file for a package only by its ".deb" name.
+        const QString named = path + QStringLiteral(".deb");
+        if (!QFile::rename(path, named))
+            return refuse(Outcome::InstallFailed,
+                          QStringLiteral("The update could not be renamed to %1.").arg(named));
+        path = named;
+    }
     if (command.isEmpty())
         return refuse(Outcome::InstallFailed,
                       QStringLiteral("Installing the update needs administrator rights and pkexec "
@@ -117,8 +165,9 @@ UpdateRunner::Outcome UpdateRunner::run()
     QFile::remove(path);
     m_message = QStringLiteral("Tavero %1 was installed.").arg(fields.version);
     if (waitUntilTheClientExited()) {
-        const QString client = QDir(m_options.programDirectory).filePath(clientProgram);
-        m_restarted = QProcess::startDetached(client, {}, m_options.programDirectory);
+        const QString programs = ProgramFiles::programDirectory(m_options.programDirectory);
+        const QString client = QDir(programs).filePath(clientProgram);
+        m_restarted = QProcess::startDetached(client, {}, programs);
     }
     if (!m_restarted)
         m_message += QStringLiteral(" Start it again to use the new version.");

@@ -13,11 +13,15 @@ namespace tavero {
 //  2. It must be a Debian package (checked with dpkg-deb) named "tavero" for this machine's
 //     architecture (or "all"); a Windows installer, anything else, or another package gives
 //     NotInstallable. Nothing is run in these cases and the file is left where it is.
-//  3. The installer command is run with the package's absolute path as its last argument; a
+//  3. It must lie in a folder that only this user can write, be this user's own file that nobody
+//     else can write, and hold a newer version than the installed client (or this build);
+//     otherwise NotInstallable.
+//  4. The installer command is run with the package's absolute path as its last argument; a
 //     failure to start or a non-zero exit gives InstallFailed (the file is kept for another try).
-//  4. Installed: the file is removed; the runner waits (at most waitForExitMs) until no copy of
+//  5. Installed: the file is removed; the runner waits (at most waitForExitMs) until no copy of
 //     the client holds its single-instance marker, then starts "tavero" from the program
-//     directory, detached and without arguments.
+//     directory (<prefix>/bin when the runner lies in <prefix>/lib/tavero), detached and without
+//     arguments.
 class UpdateRunner {
 public:
     // Values are the runner's exit codes.

@@ -1,6 +1,8 @@
 #include "gui/pages/newversiondialog.h"
 
 #include "api/serverapi.h"
+#include "app/programfiles.h"
+#include "app/userfileaccess.h"
 #include "gui/shell/colors.h"
 #include "gui/shell/qttools.h"
 #include "ui_newversiondialog.h"
@@ -16,6 +18,7 @@
 #include <QNetworkReply>
 #include <QPointer>
 #include <QProcess>
+#include <QTemporaryDir>
 
 namespace {
 const QString updateFileName = QStringLiteral("update.exe");
@@ -204,15 +207,25 @@ void NewVersionDialog::reject()
 
 void NewVersionDialog::saveReceivedData(const QByteArray& bytes)
 {
-    QFile update(updateFileName);
+    // The runner installs the file with administrator rights, so nobody else may be able to
+    // put or change a file where it lies: the current folder when only this user can write it,
+    // otherwise a new private folder.
+    QString folder = QDir::currentPath();
+    if (!tavero::UserFileAccess::isPrivateFolder(folder)) {
+        QTemporaryDir privateFolder(QDir::tempPath() + QStringLiteral("/tavero-update-XXXXXX"));
+        privateFolder.setAutoRemove(false);
+        folder = privateFolder.path();
+    }
+    QFile update(QDir(folder).filePath(updateFileName));
     const QString updatePath = QFileInfo(update).absoluteFilePath();
-    if (update.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+    if (!folder.isEmpty() && update.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         update.write(bytes);
         update.close();
     }
 
-    const QString programDirectory =
-        m_programDirectory.isEmpty() ? QCoreApplication::applicationDirPath() : m_programDirectory;
+    const QString programDirectory = m_programDirectory.isEmpty()
+                                         ? tavero::ProgramFiles::companionDirectory()
+                                         : m_programDirectory;
     QDir::setCurrent(programDirectory);
     QProcess runner;
     runner.setProgram(QDir(programDirectory).filePath(runnerProgram));

@@ -67,7 +67,9 @@ SettingsDialog::SettingsDialog(tavero::VpnManager& vpnManager,
     m_ui->widgetAboutWindows->show();
 
     m_ui->labelMainSettingsTitle->setText(tr("label.autoload"));
+#ifdef Q_OS_WIN
     m_ui->checkBoxRunOnStart->setText(tr("label.run_on_windows_startup"));
+#endif
     m_ui->labelKillswitch->setText(tr("label.internet_killswitch"));
     m_ui->labelAccount->setText(tr("label.account"));
     for (QLabel* title : {m_ui->labelMainSettingsTitle, m_ui->labelConnectionSettings,
@@ -319,6 +321,10 @@ void SettingsDialog::applyCodeTexts()
     if (email.isEmpty())
         email = m_vpnManager.settings().getEmail();
     m_ui->labelMail->setText(email);
+#ifndef Q_OS_WIN
+    // The form's texts name Windows; elsewhere the entry starts the client with the session.
+    m_ui->checkBoxRunOnStart->setText(tr("label.run_at_login"));
+#endif
     m_ui->labelVersion->setText(tr("label.version").arg(QCoreApplication::applicationVersion()));
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("label.ok"));
     m_ui->buttonBox->button(QDialogButtonBox::Cancel)->setText(tr("label.cancel"));

@@ -30,7 +30,23 @@ QString stateLine(const QString& state)
     return QStringLiteral("TAVERO - %1").arg(state);
 }
 
+std::optional<bool>& forcedTrayAvailable()
+{
+    static std::optional<bool> forced;
+    return forced;
+}
+
 } // namespace
+
+bool MainWindow::trayAvailable()
+{
+    return forcedTrayAvailable().value_or(QSystemTrayIcon::isSystemTrayAvailable());
+}
+
+void MainWindow::overrideTrayAvailable(std::optional<bool> available)
+{
+    forcedTrayAvailable() = available;
+}
 
 MainWindow::MainWindow(tavero::VpnManager& manager)
     : QMainWindow(nullptr)
@@ -253,7 +269,9 @@ void MainWindow::changeEvent(QEvent* event)
         return;
     const Qt::WindowStates state = windowState();
     if (state & Qt::WindowMinimized) {
-        hideFromTaskbar();
+        // Without a tray the taskbar button is the only way back to a minimised window.
+        if (trayAvailable() && m_trayIcon.isVisible())
+            hideFromTaskbar();
     } else if (state & Qt::WindowMaximized) {
         setWindowState(state & ~Qt::WindowMaximized);
     } else if (state == Qt::WindowNoState || state == Qt::WindowActive) {

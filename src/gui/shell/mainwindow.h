@@ -6,6 +6,7 @@
 #include <QSystemTrayIcon>
 #include <QWidget>
 #include <memory>
+#include <optional>
 
 class QAction;
 class QSessionManager;
@@ -28,6 +29,10 @@ class VpnManager;
 class MainWindow : public QMainWindow, public IBubleMessageProvider {
     Q_OBJECT
 public:
+    // Whether a system tray shows the icon; tests force the answer (nullopt: ask the system).
+    static bool trayAvailable();
+    static void overrideTrayAvailable(std::optional<bool> available);
+
     explicit MainWindow(tavero::VpnManager& manager);
     ~MainWindow() override;
 

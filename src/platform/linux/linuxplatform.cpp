@@ -1,5 +1,7 @@
 #include "platform/linux/linuxplatform.h"
 
+#include "app/startenvironment.h"
+#include "app/userfileaccess.h"
 #include "platform/guardedcall.h"
 #include "platform/linux/autostartentry.h"
 #include "platform/linux/halfdefaultroutes.h"
@@ -80,24 +82,24 @@ QByteArray ownExecutable()
     return length > 0 ? QByteArray(buffer, int(length)) : QByteArray();
 }
 
-// Variables the elevated copy must keep: the display, the user's configuration place (so the
-// settings stay the user's, as an elevated program keeps its user's settings on Windows) and our
-// own endpoint overrides.
-QList<QByteArray> keptEnvironment()
+// This process's command line as it was started, program first.
+QList<QByteArray> ownArguments()
 {
-    QList<QByteArray> kept;
-    for (const char* name : {"DISPLAY", "XAUTHORITY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "HOME",
-                             "XDG_CONFIG_HOME"}) {
-        if (qEnvironmentVariableIsSet(name))
-            kept << QByteArray(name) + '=' + qgetenv(name);
-    }
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        const QByteArray assignment(*entry);
-        if (assignment.startsWith("TAVERO_") && !assignment.startsWith("TAVERO_ELEVATED="))
-            kept << assignment;
-    }
-    kept << QByteArray(elevatedVariable) + "=1";
-    return kept;
+    QFile commandLine(QStringLiteral("/proc/self/cmdline"));
+    if (!commandLine.open(QIODevice::ReadOnly))
+        return {};
+    QList<QByteArray> arguments = commandLine.readAll().split('\0');
+    if (!arguments.isEmpty() && arguments.last().isEmpty())
+        arguments.removeLast();
+    return arguments;
+}
+
+QList<QByteArray> ownEnvironment()
+{
+    QList<QByteArray> assignments;
+    for (char** entry = environ; *entry != nullptr; ++entry)
+        assignments << QByteArray(*entry);
+    return assignments;
 }
 
 // Waits for the elevated copy's marker on the pipe; false when pkexec ends first (declined or
@@ -154,25 +156,6 @@ bool tableHasRdpListener(const QByteArray& table)
             return true;
     }
     return false;
-}
-
-// A root copy (started through pkexec) writing into the user's configuration hands what it made
-// back to the owner of that configuration, so the user can still change or remove it.
-void handToConfigurationOwner(const QString& autostartDirectory, const QString& filePath)
-{
-    if (::geteuid() != 0)
-        return;
-    struct stat owner {};
-    const QByteArray configHome = QFile::encodeName(QFileInfo(autostartDirectory).absolutePath());
-    if (::stat(configHome.constData(), &owner) != 0 || owner.st_uid == 0)
-        return;
-    for (const QString& path : {autostartDirectory, filePath}) {
-        const QByteArray name = QFile::encodeName(path);
-        struct stat current {};
-        if (::lstat(name.constData(), &current) == 0 && current.st_uid == 0 &&
-            ::lchown(name.constData(), owner.st_uid, owner.st_gid) != 0)
-            qWarning("Could not hand %s to its user: %s", name.constData(), std::strerror(errno));
-    }
 }
 
 } // namespace
@@ -283,17 +266,16 @@ bool LinuxPlatform::isRunOnStart()
 
 void LinuxPlatform::setRunOnStart(bool run)
 {
+    // A root copy writes the entry as the user whose home holds it.
     const AutostartEntry entry(autostartFilePath());
+    const UserFileAccess asHomeUser(entry.filePath());
     if (!run) {
         if (!entry.remove())
             qWarning() << "Could not remove the start entry" << entry.filePath();
         return;
     }
-    if (!entry.write(programPath())) {
+    if (!entry.write(programPath()))
         qWarning() << "Could not write the start entry" << entry.filePath();
-        return;
-    }
-    handToConfigurationOwner(QFileInfo(entry.filePath()).absolutePath(), entry.filePath());
 }
 
 std::unique_ptr<NetworkManagerDialup> LinuxPlatform::dialup() const
@@ -695,8 +677,10 @@ bool LinuxPlatform::elevateToAdmin()
     if (pkexec.isEmpty() || program.isEmpty())
         return false;
 
-    QList<QByteArray> arguments{pkexec, "env"};
-    arguments << keptEnvironment() << program;
+    // pkexec runs the program itself, so the prompt is the client's own (its polkit action), and
+    // clears the environment: what the elevated copy needs crosses as arguments.
+    QList<QByteArray> arguments{pkexec, program};
+    arguments << StartEnvironment::elevationArguments(ownArguments(), ownEnvironment());
     std::vector<char*> argv;
     for (QByteArray& argument : arguments)
         argv.push_back(argument.data());
