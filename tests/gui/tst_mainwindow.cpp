@@ -30,11 +30,6 @@ ServerListGettingResult germanServers()
         .list();
 }
 
-QImage iconImage(const QIcon& icon)
-{
-    return icon.pixmap(16, 16).toImage();
-}
-
 QString menuText(MainWindow& window, int index)
 {
     return window.trayIcon().contextMenu()->actions().at(index)->text();
@@ -71,70 +66,6 @@ private slots:
         QCoreApplication::exec();
     }
 
-    void startsDisconnectedWithoutMaximise()
-    {
-        QCOMPARE(m_window->windowTitle(), QString("TAVERO"));
-        QCOMPARE(m_window->trayIcon().toolTip(), QString("TAVERO - title.disconnected"));
-        QCOMPARE(iconImage(m_window->trayIcon().icon()),
-                 iconImage(QIcon(":/pictures/tray_icon/logo-disconnected.png")));
-        QVERIFY(!(m_window->windowFlags() & Qt::WindowMaximizeButtonHint));
-        QVERIFY(m_window->windowFlags() & Qt::WindowMinimizeButtonHint);
-        QStringList keys;
-        for (QAction* action : m_window->trayIcon().contextMenu()->actions())
-            keys << (action->isSeparator() ? QString("-") : action->data().toString());
-        QCOMPARE(keys, QStringList({"action.connect", "-", "action.show_attachment",
-                                    "action.settings", "-", "action.exit"}));
-    }
-
-    void stateTitles_data()
-    {
-        QTest::addColumn<QStringList>("steps");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("tooltip");
-        QTest::addColumn<QString>("icon");
-        QTest::newRow("connecting") << QStringList{"connecting"} << "TAVERO - title.connecting"
-                                    << "TAVERO - title.connecting"
-                                    << ":/pictures/tray_icon/logo-connecting.png";
-        QTest::newRow("connected") << QStringList{"connecting", "connected:Germany"}
-                                   << "TAVERO (Germany) - title.connected"
-                                   << "TAVERO - title.connected"
-                                   << ":/pictures/tray_icon/logo-connected.png";
-        QTest::newRow("disconnected after a country")
-            << QStringList{"connected:Germany", "disconnected"}
-            << "TAVERO (Germany) - title.disconnected"
-            << "TAVERO - title.disconnected"
-            << ":/pictures/tray_icon/logo-disconnected.png";
-        QTest::newRow("disconnected, no country yet")
-            << QStringList{"disconnected"} << "TAVERO - title.disconnected"
-            << "TAVERO - title.disconnected"
-            << ":/pictures/tray_icon/logo-disconnected.png";
-        QTest::newRow("remembered country shows only on the next state")
-            << QStringList{"remember:France", "disconnected"}
-            << "TAVERO (France) - title.disconnected"
-            << "TAVERO - title.disconnected"
-            << ":/pictures/tray_icon/logo-disconnected.png";
-    }
-    void stateTitles()
-    {
-        QFETCH(QStringList, steps);
-        for (const QString& step : steps) {
-            if (step == "connecting")
-                m_window->onConnecting();
-            else if (step == "disconnected")
-                m_window->onDisconnected();
-            else if (step.startsWith("connected:"))
-                m_window->onConnected(step.section(':', 1));
-            else if (step.startsWith("remember:")) {
-                m_window->setLastConnectedCountry(step.section(':', 1));
-                QCOMPARE(m_window->windowTitle(), QString("TAVERO"));
-            }
-        }
-        QTEST(m_window->windowTitle(), "title");
-        QTEST(m_window->trayIcon().toolTip(), "tooltip");
-        QFETCH(QString, icon);
-        QCOMPARE(iconImage(m_window->trayIcon().icon()), iconImage(QIcon(icon)));
-    }
-
     void trayConnectEntryFollowsModeAndLanguage()
     {
         QMenu* menu = m_window->trayIcon().contextMenu();
@@ -164,28 +95,6 @@ private slots:
         QCoreApplication::removeTranslator(&german);
     }
 
-    void connectEntryVisibilityHidesItsSeparator()
-    {
-        const QList<QAction*> actions = m_window->trayIcon().contextMenu()->actions();
-        m_window->setConnectActionVisibility(false);
-        QVERIFY(!m_window->connectActionVisibility());
-        QVERIFY(!actions.at(1)->isVisible());
-        QVERIFY(actions.at(2)->isVisible());
-        m_window->setConnectActionVisibility(true);
-        QVERIFY(m_window->connectActionVisibility());
-        QVERIFY(actions.at(1)->isVisible());
-    }
-
-    void exitBeforeFirstPageDoesNothing()
-    {
-        MessageBoxDriver driver;
-        m_window->exitFromProgramm();
-        m_window->close();
-        QVERIFY(driver.seen().isEmpty());
-        QVERIFY(!m_window->isExitFromProgramProcessing());
-        QVERIFY(!m_fixture->manager().isProgrammTermination());
-    }
-
     void exitCancelKeepsRunningAndAsksAgain()
     {
         m_window->onPreloadFinished();
@@ -193,11 +102,6 @@ private slots:
         driver.clickOnNextBox("action.cancel");
         m_window->close();
         QCOMPARE(driver.seen().size(), 1);
-        const MessageBoxDriver::SeenBox box = driver.seen().at(0);
-        QCOMPARE(box.title, QString("title.exit_confirmation"));
-        QCOMPARE(box.text, QString("warning.confirm_exit"));
-        QCOMPARE(box.buttons.size(), 2);
-        QVERIFY(box.buttons.contains("action.cancel"));
         QVERIFY(!m_window->isExitFromProgramProcessing());
         QVERIFY(!m_fixture->manager().isProgrammTermination());
 
@@ -230,26 +134,6 @@ private slots:
         // Further requests are ignored once the exit runs.
         m_window->exitFromProgramm();
         QCOMPARE(driver.seen().size(), 1);
-    }
-
-    void minimiseLeavesTheTaskbarAndTheTrayBringsItBack()
-    {
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-        m_window->setWindowState(Qt::WindowMinimized);
-        QVERIFY(m_window->parentWidget() != nullptr);
-        QVERIFY(!m_window->isVisible());
-
-        emit m_window->trayIcon().activated(QSystemTrayIcon::Context);
-        QVERIFY(m_window->parentWidget() != nullptr);
-        emit m_window->trayIcon().activated(QSystemTrayIcon::Trigger);
-        QVERIFY(m_window->parentWidget() == nullptr);
-        QVERIFY(m_window->isVisible());
-        QVERIFY(m_window->isWindow());
-        QCOMPARE(m_window->windowState() & Qt::WindowMinimized, Qt::WindowStates());
-
-        m_window->setWindowState(Qt::WindowMaximized);
-        QVERIFY(!(m_window->windowState() & Qt::WindowMaximized));
     }
 
     void pagesDriveTheWaitingPlate()

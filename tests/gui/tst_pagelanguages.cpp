@@ -15,7 +15,6 @@
 #include "support/testmain.h"
 
 #include <QAbstractButton>
-#include <QLabel>
 #include <QTranslator>
 #include <QTreeWidget>
 
@@ -109,21 +108,6 @@ private slots:
             QVERIFY2(untranslatedKeys(texts).isEmpty(),
                      qPrintable(page->objectName() + ": " + untranslatedKeys(texts).join(" | ")));
         }
-
-        // Spot checks in the contexts the catalogues use.
-        const auto expect = [&](const char* context, const char* key) {
-            return m_translator.translate(context, key);
-        };
-        QCOMPARE(pages.login.findChild<QLabel*>("label")->text(),
-                 expect("LoginWidget", "label.authorization"));
-        QCOMPARE(pages.status.findChild<QLabel*>("labelIsConnested")->text(),
-                 expect("QObject", connected ? "label.connected" : "label.disconnected"));
-        QCOMPARE(pages.status.findChild<QLabel*>("labelIsProtected")->text().trimmed(),
-                 expect("QObject", connected ? "label.protected" : "label.not_secure"));
-        QCOMPARE(pages.status.findChild<QLabel*>("labelYourIp")->text(),
-                 expect("StatusWidget", "label.your_ip:"));
-        QVERIFY(pages.selection.findChild<QTreeWidget*>()->topLevelItem(0)->text(0).contains(
-            expect("Gui::ServerSelectionWidget", "label.recommended_servers")));
     }
 
     void killSwitchTextIsTranslated()

@@ -88,38 +88,6 @@ private slots:
         m_fixture.reset();
     }
 
-    void receiveServersFetchesBothLists()
-    {
-        const int full = m_fixture->api().calls(QStringLiteral("receiveServerList"));
-        const int recommended =
-            m_fixture->api().calls(QStringLiteral("receiveRecommendedServerList"));
-        const ServersPresentationData data = m_controller->receiveServers();
-
-        QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), full + 1);
-        QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveRecommendedServerList")),
-                 recommended + 1);
-        QCOMPARE(m_fixture->api().lastRecommendedIp, manager().ipAdress());
-
-        QCOMPARE(data.recommended.size(), 1);
-        QCOMPARE(data.recommended[0].country.code, QStringLiteral("de"));
-        QStringList names;
-        for (const CountryPresentationData& row : data.all) {
-            names << row.country.name;
-            QCOMPARE(row.flagImage.size(), QSize(4, 3));
-        }
-        // Austria has no servers, so no row.
-        QCOMPARE(names, (QStringList{QStringLiteral("France"), QStringLiteral("Germany"),
-                                     QStringLiteral("Netherlands")}));
-        QStringList german;
-        for (const VpnServerInformation& server : data.all[1].servers)
-            german << server.name;
-        QCOMPARE(german, (QStringList{QStringLiteral("de-1"), QStringLiteral("de-2"),
-                                      QStringLiteral("de-3"), QStringLiteral("de-9")}));
-        // Small flags, one request per country of each list.
-        QCOMPARE(m_fixture->api().flagCalls(), 4);
-        QCOMPARE(m_fixture->api().lastFlagSize, FlagPictureSize::Small);
-    }
-
     void receiveServersUsesHeldListsWhileKillSwitchHoldsNetwork()
     {
         manager().settings().setKillSwitch(true);
@@ -146,18 +114,6 @@ private slots:
         QCOMPARE(m_controller->countryPixmapFromCode(QStringLiteral("de")).size(), QSize(4, 3));
     }
 
-    void countryLoadings()
-    {
-        // A server listed under a country the list does not know is skipped.
-        m_fixture->api().serverList = fullMaker().server(99, QStringLiteral("xx-1"), 1).list();
-        const int fetches = m_fixture->api().calls(QStringLiteral("receiveServerList"));
-        const QMap<QString, QString> loadings = m_controller->getCountryLoadings();
-        QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), fetches + 1);
-        const QMap<QString, QString> expected{{QStringLiteral("de"), QStringLiteral("20%")},
-                                              {QStringLiteral("fr"), QStringLiteral("0%")}};
-        QCOMPARE(loadings, expected);
-    }
-
     void countrySelectionPrefersRecommended()
     {
         QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
@@ -166,13 +122,6 @@ private slots:
         QCOMPARE(changed.count(), 1);
         QCOMPARE(m_view->calls(), QStringList{QStringLiteral("goToStatus(false)")});
         QCOMPARE(m_view->fakeUtils().boxes().size(), 0);
-    }
-
-    void countrySelectionFallsBackToFullList()
-    {
-        m_controller->onCountrySelection(QStringLiteral("fr"));
-        QCOMPARE(manager().settings().serverName(), QStringLiteral("fr-1"));
-        QCOMPARE(m_view->currentPage(), QStringLiteral("goToStatus(false)"));
     }
 
     void countryWithoutAvailableServerShowsBox_data()
@@ -193,11 +142,6 @@ private slots:
         QCOMPARE(m_view->fakeUtils().boxes().size(), 1);
         const FakeViewManagerUtils::Box box = m_view->fakeUtils().boxes().first();
         QCOMPARE(box.kind, FakeViewManagerUtils::Kind::Information);
-        QCOMPARE(box.title, QStringLiteral("Choose server"));
-        QCOMPARE(box.text,
-                 QStringLiteral("No available servers in this country. Please select another one"));
-        QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-        QCOMPARE(box.defaultButton, QMessageBox::NoButton);
         QCOMPARE(manager().settings().serverName(), before);
         QCOMPARE(changed.count(), 0);
         QVERIFY(m_view->calls().isEmpty());
@@ -222,30 +166,6 @@ private slots:
         m_controller->onSwitchToNextServer();
         QCOMPARE(manager().settings().serverName(), next);
         QVERIFY(m_view->calls().isEmpty());
-    }
-
-    void switchWithOnlyCurrentServerChangesNothing()
-    {
-        selector().setCurrServer(QStringLiteral("fr-1"));
-        QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
-        QTest::ignoreMessage(
-            QtDebugMsg, "Warning! Can't switch servers, the one\tpossible server is already set");
-        m_controller->onSwitchToNextServer();
-        QCOMPARE(manager().settings().serverName(), QStringLiteral("fr-1"));
-        QCOMPARE(changed.count(), 0);
-    }
-
-    void multiserverCountry()
-    {
-        selector().setCurrServer(QStringLiteral("de-1"));
-        QVERIFY(m_controller->isMultiserverCountry());
-        selector().setCurrServer(QStringLiteral("fr-1"));
-        QVERIFY(!m_controller->isMultiserverCountry());
-
-        // Without a list to look at the answer is no.
-        selector().clear();
-        m_fixture->api().serverList = ServerListMaker().list(RequestResult::NoInternet);
-        QVERIFY(!m_controller->isMultiserverCountry());
     }
 };
 

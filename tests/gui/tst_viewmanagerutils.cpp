@@ -47,24 +47,6 @@ private slots:
         QCOMPARE(utils.waitCursorDepth(), 0);
     }
 
-    void waitCursorDisablesOnlyWhenAskedAndOnlyTheCurrentPage()
-    {
-        QWidget page;
-        QWidget other;
-        ViewManagerUtils utils;
-
-        // Without a current page there is nothing to disable.
-        utils.showWaitCursor(true);
-        utils.restoreCursor();
-
-        utils.setParentForMessages(&page);
-        utils.showWaitCursor(false);
-        QVERIFY(page.isEnabled());
-        QVERIFY(other.isEnabled());
-        utils.restoreCursor();
-        QVERIFY(page.isEnabled());
-    }
-
     // The page may change while an operation runs (a log-in that ends on the status page): the
     // page disabled at the start must still come back.
     void pageSwitchedDuringTheWaitIsReenabled()
@@ -95,22 +77,6 @@ private slots:
         QVERIFY(!utils.parentForMessages());
         utils.restoreCursor();
         QCOMPARE(utils.waitCursorDepth(), 0);
-    }
-
-    void unmatchedRestoreDoesNotUnbalanceLaterNesting()
-    {
-        QWidget page;
-        ViewManagerUtils utils;
-        utils.setParentForMessages(&page);
-        utils.restoreCursor();
-        QCOMPARE(utils.waitCursorDepth(), 0);
-
-        utils.showWaitCursor(true);
-        utils.showWaitCursor(true);
-        utils.restoreCursor();
-        QVERIFY(!page.isEnabled());
-        utils.restoreCursor();
-        QVERIFY(page.isEnabled());
     }
 
     void destructionEndsAnOpenWait()
@@ -146,8 +112,6 @@ private slots:
         QTest::newRow("yes beside standard Cancel")
             << (QMessageBox::Yes | QMessageBox::Cancel) << "Cancel" << QStringList{"Cancel", "YES"}
             << QMessageBox::Cancel << QMessageBox::NoButton << QString();
-        QTest::newRow("standard Ok") << Buttons(QMessageBox::Ok) << "OK" << QStringList{"OK"}
-                                     << QMessageBox::Ok << QMessageBox::NoButton << QString();
         QTest::newRow("standard Retry")
             << (QMessageBox::Retry | QMessageBox::Abort) << "Retry" << QStringList{"Abort", "Retry"}
             << QMessageBox::Retry << QMessageBox::NoButton << QString();
@@ -173,38 +137,6 @@ private slots:
         seenButtons.sort();
         QCOMPARE(seenButtons, shownButtons);
         QTEST(driver.seen().first().defaultButton, "shownDefault");
-    }
-
-    void eachKindShowsItsIconTitleAndText_data()
-    {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QMessageBox::Icon>("icon");
-        QTest::newRow("information") << 0 << QMessageBox::Information;
-        QTest::newRow("question") << 1 << QMessageBox::Question;
-        QTest::newRow("warning") << 2 << QMessageBox::Warning;
-        QTest::newRow("critical") << 3 << QMessageBox::Critical;
-    }
-
-    void eachKindShowsItsIconTitleAndText()
-    {
-        QFETCH(int, kind);
-        QFETCH(QMessageBox::Icon, icon);
-
-        ViewManagerUtils utils;
-        IViewManagerUtils& boxes = utils;
-        MessageBoxDriver driver;
-        driver.clickOnNextBox("OK");
-        using Show = Button (IViewManagerUtils::*)(const QString&, const QString&, Buttons, Button);
-        const Show show[] = {&IViewManagerUtils::information, &IViewManagerUtils::question,
-                             &IViewManagerUtils::warning, &IViewManagerUtils::critical};
-        QCOMPARE(
-            (boxes.*show[kind])("TAVERO", "Something happened", QMessageBox::Ok, QMessageBox::Ok),
-            QMessageBox::Ok);
-        QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join('\n')));
-        QCOMPARE(driver.seen().first().icon, icon);
-        QCOMPARE(driver.seen().first().title, QString("TAVERO"));
-        QCOMPARE(driver.seen().first().text, QString("Something happened"));
-        QCOMPARE(driver.seen().first().defaultButton, QString("OK"));
     }
 };
 

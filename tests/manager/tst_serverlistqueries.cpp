@@ -29,7 +29,6 @@ private slots:
     void loadingText();
     void bestServerNameByCountryCode_data();
     void bestServerNameByCountryCode();
-    void countryNameByCode();
 };
 
 void TestServerListQueries::bestServerIndex_data()
@@ -115,15 +114,6 @@ void TestServerListQueries::bestServerNameByCountryCode()
         .server(1, QStringLiteral("de-3"), 5, false)
         .server(3, QStringLiteral("nl-1"), 1, false);
     QCOMPARE(ServerListQueries::bestServerNameByCountryCode(maker.list(), code), name);
-}
-
-void TestServerListQueries::countryNameByCode()
-{
-    ServerListMaker maker;
-    maker.country(1, QStringLiteral("de"), QStringLiteral("Germany"));
-    QCOMPARE(ServerListQueries::countryNameByCode(maker.list(), QStringLiteral("de")),
-             QStringLiteral("Germany"));
-    QVERIFY(ServerListQueries::countryNameByCode(maker.list(), QStringLiteral("fr")).isEmpty());
 }
 
 TAVERO_TEST_GUILESS_MAIN(TestServerListQueries)

@@ -34,14 +34,10 @@ private slots:
     void loginFailureMessages_data();
     void loginFailureMessages();
     void everyLoginChecksTheAddressAfresh();
-    void loginStoresTokenAndEmail();
-    void autoLoginWithoutTokenMakesNoExchange();
     void autoLoginUsesStoredToken();
     void autoLoginStopsWhenAddressCheckFails();
     void connectWithoutServerListLeavesChainAlone_data();
     void connectWithoutServerListLeavesChainAlone();
-    void connectReachesConnectedThroughTheChain();
-    void addressTextsBeforeAnyCheck();
 
 private:
     QTranslator m_english;
@@ -117,22 +113,6 @@ void TestVpnManager::everyLoginChecksTheAddressAfresh()
     QCOMPARE(m_fixture->api().lastRecommendedIp, QStringLiteral("198.51.100.9"));
 }
 
-void TestVpnManager::loginStoresTokenAndEmail()
-{
-    QVERIFY(m_fixture->logIn());
-    tavero::ISettings& settings = m_fixture->manager().settings();
-    QCOMPARE(settings.token(), QStringLiteral("token-1"));
-    QCOMPARE(settings.getEmail(), QStringLiteral("user@vpn.test"));
-    QCOMPARE(settings.serverName(), QStringLiteral("de-1"));
-}
-
-void TestVpnManager::autoLoginWithoutTokenMakesNoExchange()
-{
-    QVERIFY(!m_fixture->manager().tryAutoLoginOnRestart());
-    QCOMPARE(m_fixture->exchanges(), 0);
-    QCOMPARE(m_fixture->api().calls(QStringLiteral("setToken")), 0);
-}
-
 void TestVpnManager::autoLoginUsesStoredToken()
 {
     m_fixture->manager().settings().setToken(QStringLiteral("stored-token"));
@@ -181,25 +161,6 @@ void TestVpnManager::connectWithoutServerListLeavesChainAlone()
     QCOMPARE(m_fixture->api().calls(QStringLiteral("isThereInternet")), 0);
     QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 0);
     QCOMPARE(m_fixture->manager().connection().mode(), tavero::ConnectionChain::Disconnected);
-}
-
-void TestVpnManager::connectReachesConnectedThroughTheChain()
-{
-    QVERIFY(m_fixture->logIn());
-    QVERIFY(m_fixture->connect());
-    QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 1);
-    m_fixture->manager().udpateIpInformation();
-    QVERIFY(m_fixture->manager().isConnected());
-    QCOMPARE(m_fixture->manager().isProtectedText(), QStringLiteral("Protected"));
-    QVERIFY(m_fixture->manager().disconnect().isSuccess);
-    QVERIFY(!m_fixture->manager().isConnected());
-}
-
-void TestVpnManager::addressTextsBeforeAnyCheck()
-{
-    QCOMPARE(m_fixture->manager().ipAdress(), QStringLiteral("Is not defined"));
-    QVERIFY(m_fixture->manager().countryCode().isEmpty());
-    QCOMPARE(m_fixture->manager().isProtectedText(), QStringLiteral("Unprotected"));
 }
 
 TAVERO_TEST_GUILESS_MAIN(TestVpnManager)

@@ -95,20 +95,6 @@ private slots:
         QCOMPARE(api().calls("receiveServerList"), success ? 1 : 2);
     }
 
-    void savedAvailableChoiceStands()
-    {
-        Settings settings;
-        settings.setServerName("b");
-        api().serverList = listOf({{1, "a", 5, true}, {2, "b", 90, false}});
-        VpnServerSelector selector(api(), settings);
-        selector.receiveServerListInfo();
-        QSignalSpy changed(&selector, &VpnServerSelector::serverWasChanged);
-        selector.selectCurrServerUsingSettings();
-        QVERIFY(changed.isEmpty());
-        QCOMPARE(selector.currServer().name, QString("b"));
-        QVERIFY(changed.isEmpty());
-    }
-
     void autoLocationTakesLowestRecommendedAndAlwaysAnnounces()
     {
         Settings settings;
@@ -164,20 +150,6 @@ private slots:
         QVERIFY(server.name.isEmpty());
         QVERIFY(changed.isEmpty());
         QCOMPARE(settings.serverName(), QString("gone"));
-    }
-
-    void clearKeepsTheRecommendedList()
-    {
-        Settings settings;
-        api().serverList = listOf({{1, "a", 1, true}});
-        api().recommendedServerList = listOf({{1, "a", 1, true}});
-        VpnServerSelector selector(api(), settings);
-        selector.receiveServerListInfo();
-        selector.receiveRecommendedServerListInfo("1.2.3.4");
-        selector.clear();
-        QCOMPARE(selector.servers().status, int(RequestResult::NotSet));
-        QVERIFY(selector.servers().serversByCountry.isEmpty());
-        QCOMPARE(selector.recommendedServers().serversByCountry.size(), 1);
     }
 };
 

@@ -337,7 +337,7 @@ private:
         LinuxPlatform::Options options;
         const QDBusConnection bus = *m_client;
         options.networkBackendFactory = [bus] {
-            return std::make_unique<NetworkManagerBackend>(bus, 5000);
+            return std::make_unique<NetworkManagerBackend>(bus, 25000);
         };
         return options;
     }

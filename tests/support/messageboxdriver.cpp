@@ -11,7 +11,7 @@ namespace {
 // Polling the first time with no delay catches a box shown right away; later attempts wait a
 // little so that a slow box does not turn the test into a busy loop.
 constexpr int retryDelayMs = 10;
-constexpr int maxAttempts = 500;
+constexpr int maxAttempts = 3000; // 30 s: a busy machine shows boxes late
 } // namespace
 
 MessageBoxDriver::MessageBoxDriver(QObject* parent)
