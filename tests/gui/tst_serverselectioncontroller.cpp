@@ -12,7 +12,6 @@
 #include <memory>
 
 using tavero::test::FakeViewManager;
-using tavero::test::FakeViewManagerUtils;
 using tavero::test::ManagerFixture;
 using tavero::test::ServerListMaker;
 
@@ -114,37 +113,31 @@ private slots:
         QCOMPARE(m_controller->countryPixmapFromCode(QStringLiteral("de")).size(), QSize(4, 3));
     }
 
-    void countrySelectionPrefersRecommended()
-    {
-        QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
-        m_controller->onCountrySelection(QStringLiteral("de"));
-        QCOMPARE(manager().settings().serverName(), QStringLiteral("de-3"));
-        QCOMPARE(changed.count(), 1);
-        QCOMPARE(m_view->calls(), QStringList{QStringLiteral("goToStatus(false)")});
-        QCOMPARE(m_view->fakeUtils().boxes().size(), 0);
-    }
-
-    void countryWithoutAvailableServerShowsBox_data()
+    // A country's recommended server wins over a less loaded one of the full list; a country
+    // without an available server gets a box and changes nothing.
+    void countrySelection_data()
     {
         QTest::addColumn<QString>("code");
-        QTest::newRow("nothing available") << QStringLiteral("nl");
-        QTest::newRow("no servers") << QStringLiteral("at");
-        QTest::newRow("unknown country") << QStringLiteral("zz");
+        QTest::addColumn<QString>("chosen"); // empty: refused with a box
+        QTest::newRow("recommended") << "de" << "de-3";
+        QTest::newRow("full list") << "fr" << "fr-1";
+        QTest::newRow("nothing available") << "nl" << QString();
+        QTest::newRow("no servers") << "at" << QString();
+        QTest::newRow("unknown country") << "zz" << QString();
     }
 
-    void countryWithoutAvailableServerShowsBox()
+    void countrySelection()
     {
         QFETCH(QString, code);
+        QFETCH(QString, chosen);
         const QString before = manager().settings().serverName();
         QSignalSpy changed(&selector(), &tavero::VpnServerSelector::serverWasChanged);
         m_controller->onCountrySelection(code);
 
-        QCOMPARE(m_view->fakeUtils().boxes().size(), 1);
-        const FakeViewManagerUtils::Box box = m_view->fakeUtils().boxes().first();
-        QCOMPARE(box.kind, FakeViewManagerUtils::Kind::Information);
-        QCOMPARE(manager().settings().serverName(), before);
-        QCOMPARE(changed.count(), 0);
-        QVERIFY(m_view->calls().isEmpty());
+        QCOMPARE(manager().settings().serverName(), chosen.isEmpty() ? before : chosen);
+        QCOMPARE(changed.count(), chosen.isEmpty() ? 0 : 1);
+        QCOMPARE(m_view->fakeUtils().boxes().size(), chosen.isEmpty() ? 1 : 0);
+        QCOMPARE(m_view->calls().size(), chosen.isEmpty() ? 0 : 1);
     }
 
     void switchToNextServer_data()
