@@ -1,7 +1,5 @@
 // The launch check between real processes: a helper program plays the other copy of the client.
 #include "app/programlaunchchecker.h"
-#include "support/maptranslator.h"
-#include "support/messageboxdriver.h"
 #include "support/testmain.h"
 
 #include <QAbstractButton>
@@ -11,9 +9,6 @@
 #include <QTimer>
 #include <memory>
 #include <vector>
-
-using tavero::test::MapTranslator;
-using tavero::test::MessageBoxDriver;
 
 namespace {
 
@@ -99,6 +94,8 @@ private slots:
                  "TAVERO_LAUNCH_HELPER must name the helper program");
     }
 
+    // check() asks without claiming; a refused copy takes nothing away; a crashed copy's marker
+    // does not block the next one.
     void secondCopyRefusedUntilTheFirstEnds_data()
     {
         QTest::addColumn<bool>("crashes");
@@ -110,18 +107,20 @@ private slots:
     {
         QFETCH(bool, crashes);
         const QString name = uniqueName();
-
+        QVERIFY(!ProgramLaunchChecker::check(name));
         Copy first(name);
         QCOMPARE(first.firstAnswer(), QString("running"));
+        QVERIFY(ProgramLaunchChecker::check(name));
         {
             Copy second(name);
             QCOMPARE(second.firstAnswer(), QString("refused"));
             QVERIFY(second.finishedWith(1));
         }
-        QCOMPARE(first.ask("check"), QString("held")); // the refused copy took nothing away
+        QCOMPARE(first.ask("check"), QString("held"));
 
         QVERIFY(crashes ? first.crash() : first.exitNormally());
-
+        if (!crashes)
+            QVERIFY(!ProgramLaunchChecker::check(name));
         Copy third(name);
         QCOMPARE(third.firstAnswer(), QString("running"));
         Copy fourth(name);
@@ -146,83 +145,40 @@ private slots:
         QCOMPARE(answers.count("refused"), 5);
     }
 
-    // check() asks without claiming: a copy started afterwards still runs.
-    void checkDoesNotClaimTheMarker()
+    // No gives up and leaves the running copy alone; Yes after the user closed the running copy
+    // tests again and passes.
+    void turnedDown_data()
     {
-        const QString name = uniqueName();
-        QVERIFY(!ProgramLaunchChecker::check(name));
-        QVERIFY(!ProgramLaunchChecker::check(name));
-
-        Copy copy(name);
-        QCOMPARE(copy.firstAnswer(), QString("running"));
-        QVERIFY(ProgramLaunchChecker::check(name));
-        QVERIFY(copy.exitNormally());
-        QVERIFY(!ProgramLaunchChecker::check(name));
+        QTest::addColumn<bool>("yes");
+        QTest::newRow("no") << false;
+        QTest::newRow("yes after closing the other copy") << true;
     }
 
-    void checkDlgWarnsInTheInterfaceLanguage()
+    void turnedDown()
     {
+        QFETCH(bool, yes);
         const QString name = uniqueName();
         Copy running(name);
         QCOMPARE(running.firstAnswer(), QString("running"));
-
-        MapTranslator german;
-        german.add("QObject", "label.program_is_already_running",
-                   "Die Anwendung „%1“ wird bereits ausgeführt");
-        QCoreApplication::installTranslator(&german);
-        MessageBoxDriver driver;
-        driver.clickOnNextBox("OK");
-        const bool refused = ProgramLaunchChecker::checkDlg(name, QStringLiteral("TAVERO"));
-        QCoreApplication::removeTranslator(&german);
-
-        QVERIFY(refused);
-        QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join('\n')));
-        QCOMPARE(driver.seen().size(), 1);
-        const MessageBoxDriver::SeenBox& box = driver.seen().first();
-        QCOMPARE(box.text, QString("Die Anwendung „TAVERO“ wird bereits ausgeführt"));
-    }
-
-    void turnedDownGivesUpOnNo()
-    {
-        const QString name = uniqueName();
-        Copy running(name);
-        QCOMPARE(running.firstAnswer(), QString("running"));
-
-        MessageBoxDriver driver;
-        driver.clickOnNextBox("action.no");
-        QVERIFY(!ProgramLaunchChecker::checkProgrammTurnedDown(name, QStringLiteral("TAVERO")));
-        QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join('\n')));
-        QCOMPARE(driver.seen().size(), 1);
-        QCOMPARE(driver.seen().first().text,
-                 QString("warning.program_is_already_running_want_to_continue"));
-        QCOMPARE(running.ask("check"), QString("held")); // the running copy is untouched
-    }
-
-    // The user closes the running copy, then answers Yes: the test passes on the next round.
-    void turnedDownTestsAgainOnYes()
-    {
-        const QString name = uniqueName();
-        Copy running(name);
-        QCOMPARE(running.firstAnswer(), QString("running"));
-
         int boxes = 0;
-        bool closedTheCopy = false;
         QTimer answerer;
         connect(&answerer, &QTimer::timeout, [&] {
             auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             if (!box || !box->isVisible())
                 return;
             ++boxes;
-            closedTheCopy = running.exitNormally();
+            if (yes)
+                QVERIFY(running.exitNormally());
             for (QAbstractButton* button : box->buttons()) {
-                if (button->text() == QLatin1String("action.yes"))
+                if (button->text() == QLatin1String(yes ? "action.yes" : "action.no"))
                     button->click();
             }
         });
         answerer.start(20);
-        QVERIFY(ProgramLaunchChecker::checkProgrammTurnedDown(name, QStringLiteral("TAVERO")));
-        QVERIFY(closedTheCopy);
+        QCOMPARE(ProgramLaunchChecker::checkProgrammTurnedDown(name, "TAVERO"), yes);
         QCOMPARE(boxes, 1);
+        if (!yes)
+            QCOMPARE(running.ask("check"), QString("held")); // the running copy is untouched
     }
 };
 

@@ -17,31 +17,7 @@ class TestSettings : public QObject {
 private slots:
     void init() { tavero::test::TestEnvironment::clearSettings(); }
 
-    void valuesSurviveARestart()
-    {
-        {
-            Settings settings;
-            settings.setServerName("de-fra-01");
-            settings.setAutoConnection(true);
-            settings.setAutoLocation(true);
-            settings.setIsFirstRun(false);
-            settings.setProtocolTypes(OvpnUdp);
-            settings.setToken("tok");
-            settings.setEmail("a@b.c");
-            settings.setSelectedLanguage("Deutsch");
-        }
-        Settings reloaded;
-        QCOMPARE(reloaded.serverName(), QString("de-fra-01"));
-        QVERIFY(reloaded.isAutoConnection());
-        QVERIFY(reloaded.isAutoLocation());
-        QVERIFY(!reloaded.isKillSwitch());
-        QVERIFY(!reloaded.isFirstRun());
-        QCOMPARE(reloaded.protocolTypes(), QFlags<ProtocolType>(OvpnUdp));
-        QCOMPARE(reloaded.token(), QString("tok"));
-        QCOMPARE(reloaded.getEmail(), QString("a@b.c"));
-        QCOMPARE(reloaded.getSelectedLanguage(), QString("Deutsch"));
-    }
-
+    // What another version (or a hand edit) left in the store is read as the values it means.
     void storedProtocolTypesAreTakenBitForBit_data()
     {
         QTest::addColumn<QVariant>("stored");

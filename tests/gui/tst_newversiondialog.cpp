@@ -1,6 +1,5 @@
-// The update dialog: the version comparison, the compact and full layouts, and the download
-// against the development service, with a stand-in update runner in a program directory of the
-// test's own.
+// The update dialog: the download against the development service, with a stand-in update runner in
+// a program directory of the test's own.
 #include "api/serverapi.h"
 #include "gui/pages/newversiondialog.h"
 #include "support/devservice.h"
@@ -8,9 +7,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QFrame>
-#include <QLabel>
-#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTcpServer>
@@ -86,21 +82,6 @@ class TestNewVersionDialog : public QObject {
         poll->start(10);
     }
 
-    // Runs checkUpdate(args...) and fails if the dialog ever showed.
-    template <typename... Args>
-    void expectNoDialog(Args&&... args)
-    {
-        NewVersionDialog dialog(nullptr, m_programDirectory->path());
-        bool shown = false;
-        whenShown(dialog, [&] {
-            shown = true;
-            dialog.reject();
-        });
-        QVERIFY(!dialog.checkUpdate(std::forward<Args>(args)...));
-        QTest::qWait(30);
-        QVERIFY(!shown);
-    }
-
     static void click(NewVersionDialog& dialog, const char* button)
     {
         auto* target = dialog.findChild<QPushButton*>(button);
@@ -136,26 +117,6 @@ private slots:
     }
 
     void cleanup() { QDir::setCurrent(m_previousDirectory); }
-
-    void comparesWithTheRunningVersion_data()
-    {
-        QTest::addColumn<int>("serviceVersion");
-        QTest::addColumn<bool>("newer");
-        QTest::newRow("older") << runningVersion - 1 << false;
-        QTest::newRow("same") << runningVersion << false;
-        QTest::newRow("newer") << runningVersion + 1 << true;
-        QTest::newRow("nothing reported") << 0 << false;
-    }
-
-    void comparesWithTheRunningVersion()
-    {
-        QFETCH(int, serviceVersion);
-        QFETCH(bool, newer);
-        QCOMPARE(hasNewVersionForDevice(version(serviceVersion)), newer);
-
-        if (!newer)
-            expectNoDialog(version(serviceVersion, "log")); // nothing newer: no dialog at all
-    }
 
     // The whole way, as at start-up: ask the service, download with progress, save, hand over.
     void downloadsSavesAndStartsTheRunner()
@@ -246,18 +207,6 @@ private slots:
         QVERIFY(!QFile::exists(savedUpdate()));
         QTest::qWait(50);
         QVERIFY(!QFile::exists(runnerLog()));
-
-        // Offered again, the dialog is idle: Install and Install later, no progress.
-        bool idle = false;
-        whenShown(dialog, [&] {
-            idle = dialog.findChild<QPushButton*>("pushButtonSetup")->isVisible() &&
-                   dialog.findChild<QPushButton*>("pushButtonSetupLater")->isVisible() &&
-                   !dialog.findChild<QProgressBar*>("progressBar")->isVisible() &&
-                   !dialog.findChild<QPushButton*>("pushButtonCancel")->isVisible();
-            click(dialog, "pushButtonSetupLater");
-        });
-        QVERIFY(!dialog.checkUpdate(version(runningVersion + 1, "log", downloadUrl())));
-        QVERIFY(idle);
     }
 };
 
