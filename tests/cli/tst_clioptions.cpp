@@ -24,6 +24,25 @@ private slots:
             << "";
         QTest::newRow("help wins") << QStringList{"connect", "--help"} << Command::Help << ""
                                    << "";
+        QTest::newRow("login") << QStringList{"login", "a@b.test"} << Command::Login << ""
+                               << "";
+        QTest::newRow("logout") << QStringList{"logout"} << Command::Logout << ""
+                                << "";
+        QTest::newRow("short help") << QStringList{"-h"} << Command::Help << ""
+                                    << "";
+        QTest::newRow("version") << QStringList{"--version"} << Command::Version << ""
+                                 << "";
+        QTest::newRow("servers") << QStringList{"servers"} << Command::Servers << ""
+                                 << "";
+        QTest::newRow("country") << QStringList{"connect", "--country", "de"} << Command::Connect
+                                 << "de"
+                                 << "";
+        QTest::newRow("unknown command") << QStringList{"dance"} << none << ""
+                                         << "unknown command";
+        QTest::newRow("country without code") << QStringList{"connect", "--country"} << none << ""
+                                              << "country code";
+        QTest::newRow("extra argument") << QStringList{"status", "now"} << none << ""
+                                        << "unexpected argument";
         QTest::newRow("nothing") << QStringList{} << none << ""
                                  << "no command";
         QTest::newRow("unknown option") << QStringList{"status", "--fast"} << none << ""

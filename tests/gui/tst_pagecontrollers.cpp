@@ -1,4 +1,5 @@
 #include "connection/connectionchain.h"
+#include "gui/pages/serverselectionwidget.h"
 #include "gui/shell/serverselectioncontroller.h"
 #include "gui/shell/statuscontroller.h"
 #include "manager/vpnmanager.h"
@@ -10,6 +11,7 @@
 #include "support/testplatform.h"
 
 #include <QTranslator>
+#include <QTreeWidget>
 #include <memory>
 
 using tavero::ConnectionChain;
@@ -240,6 +242,51 @@ private slots:
         QCOMPARE(changed.count(), chosen.isEmpty() ? 0 : 1);
         QCOMPARE(boxes().size(), chosen.isEmpty() ? 1 : 0);
         QCOMPARE(m_view->currentPage(), chosen.isEmpty() ? QString() : "goToStatus(false)");
+    }
+
+    void switchToNextServer_data()
+    {
+        QTest::addColumn<QString>("current");
+        QTest::addColumn<QString>("next");
+
+        // Available servers in reply order: de-2, de-1, de-3 (de-9 is unavailable).
+        QTest::newRow("first to second") << QStringLiteral("de-2") << QStringLiteral("de-1");
+        QTest::newRow("second to third") << QStringLiteral("de-1") << QStringLiteral("de-3");
+        QTest::newRow("third wraps to first") << QStringLiteral("de-3") << QStringLiteral("de-2");
+        QTest::newRow("only server of its country")
+            << QStringLiteral("fr-1") << QStringLiteral("fr-1");
+    }
+
+    void switchToNextServer()
+    {
+        QFETCH(QString, current);
+        QFETCH(QString, next);
+        manager().vpnServers().setCurrServer(current);
+        m_servers->onSwitchToNextServer();
+        QCOMPARE(manager().settings().serverName(), next);
+        QVERIFY(m_view->calls().isEmpty());
+    }
+
+    // The server page over the controller: fresh loads reach the rows shown, choosing a row
+    // selects its country and returns to the status page.
+    void serverPageSelectsTheChosenRow()
+    {
+        Gui::ServerSelectionWidget page(manager(), *m_servers);
+        page.fillUp();
+        auto* tree = page.findChild<QTreeWidget*>("treeServers");
+        QVERIFY(tree);
+        QTreeWidgetItem* france = nullptr;
+        for (int i = 0; i < tree->topLevelItemCount(); ++i) {
+            if (tree->topLevelItem(i)->text(1).contains("France"))
+                france = tree->topLevelItem(i);
+        }
+        QVERIFY(france);
+        QVERIFY(QMetaObject::invokeMethod(&page, "updateServersLoading"));
+        QCOMPARE(france->text(2), "0%");
+        tree->setCurrentItem(france);
+        QCOMPARE(manager().settings().serverName(), "fr-1");
+        QCOMPARE(m_view->currentPage(), "goToStatus(false)");
+        QVERIFY(QMetaObject::invokeMethod(&page, "onGoToBack"));
     }
 };
 

@@ -2,6 +2,7 @@
 // confirmation, the kill-switch confirmation, OK, log-out and the About tab's update check.
 #include "api/serverapi.h"
 #include "app/languagemaster.h"
+#include "gui/pages/aboutprogrammwindowswidget.h"
 #include "gui/pages/settingsdialog.h"
 #include "gui/shell/settingscontroller.h"
 #include "manager/vpnmanager.h"
@@ -198,6 +199,78 @@ private slots:
         QVERIFY(f.settings().token().isEmpty());
         QCOMPARE(f.viewManager.currentPage(), QString("goToLogin"));
         QVERIFY(!f.dialog.isVisible());
+    }
+
+    void fillingLoadsTheProtocolChoice_data()
+    {
+        QTest::addColumn<int>("stored");
+        QTest::addColumn<int>("expectedStored");
+        QTest::addColumn<QString>("shown");
+
+        QTest::newRow("automatic") << 31 << 31 << "label.auto_protocol";
+        QTest::newRow("two OpenVPN flags become automatic") << 6 << 31 << "label.auto_protocol";
+        QTest::newRow("nothing allowed becomes automatic") << 0 << 31 << "label.auto_protocol";
+        QTest::newRow("IKEv2 alone") << 1 << 1 << "IKEv2";
+        QTest::newRow("L2TP alone is kept, shown as automatic") << 8 << 8 << "label.auto_protocol";
+    }
+
+    void fillingLoadsTheProtocolChoice()
+    {
+        QFETCH(int, stored);
+        QFETCH(int, expectedStored);
+        QFETCH(QString, shown);
+
+        Fixture f;
+        f.settings().setProtocolTypes(QFlags<ProtocolType>(stored));
+        f.dialog.fillUp();
+        QCOMPARE(int(f.settings().protocolTypes()), expectedStored);
+        QCOMPARE(f.protocols()->currentText(), shown);
+
+        // OK without touching anything keeps the choice and reports no new protocol, except
+        // where the list could not show it.
+        QSignalSpy newProtocol(&f.dialog, &SettingsDialog::settedNewProtocol);
+        f.pressOk();
+        QCOMPARE(newProtocol.count(), stored == 8 ? 1 : 0);
+    }
+
+    void aboutTabChecksForUpdates_data()
+    {
+        QTest::addColumn<int>("status");
+        QTest::addColumn<int>("serviceVersion");
+        QTest::addColumn<bool>("newer");
+        QTest::addColumn<QString>("box"); // expected box text, empty for none
+        QTest::newRow("newer version") << int(RequestResult::Ok) << 12311 << true << QString();
+        QTest::newRow("same version")
+            << int(RequestResult::Ok) << 12310 << false << "message.you_have_actual_version";
+        QTest::newRow("service unreachable")
+            << int(RequestResult::NoInternet) << 0 << false
+            << "warning.connection_problems_check_internet_connection";
+    }
+
+    void aboutTabChecksForUpdates()
+    {
+        QFETCH(int, status);
+        QFETCH(int, serviceVersion);
+        QFETCH(bool, newer);
+        QFETCH(QString, box);
+
+        Fixture f;
+        f.api.lastVersion.status = status;
+        f.api.lastVersion.versionInt = serviceVersion;
+        f.dialog.show();
+        f.dialog.selectInformationTab();
+        QSignalSpy newVersion(&f.dialog, &SettingsDialog::checkNewVersionAppSignal);
+        MessageBoxDriver driver;
+        if (!box.isEmpty())
+            driver.clickOnNextBox("OK");
+        emit f.child<AboutProgrammWindowsWidget>("widgetAboutWindows")->checkNewVersionAppSignal();
+
+        QCOMPARE(f.api.calls("receiveLastVersion"), 1);
+        QCOMPARE(newVersion.count(), newer ? 1 : 0);
+        QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join('\n')));
+        QCOMPARE(driver.seen().size(), box.isEmpty() ? 0 : 1);
+        if (!box.isEmpty())
+            QCOMPARE(driver.seen().first().text, box);
     }
 };
 

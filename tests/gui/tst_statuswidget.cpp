@@ -8,6 +8,7 @@
 #include "platform/platformoverrides.h"
 #include "support/fakeviewmanager.h"
 #include "support/managerfixture.h"
+#include "support/maptranslator.h"
 #include "support/messageboxdriver.h"
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
@@ -20,6 +21,7 @@ using tavero::ConnectionChain;
 using tavero::PlatformOverrides;
 using tavero::test::FakeViewManager;
 using tavero::test::ManagerFixture;
+using tavero::test::MapTranslator;
 using tavero::test::MessageBoxDriver;
 using tavero::test::ServerListMaker;
 
@@ -117,6 +119,9 @@ private slots:
         StatusPage::hover(status.nextButton(), QEvent::Enter);
         QTest::mouseClick(status.nextButton(), Qt::LeftButton);
         QCOMPARE(status.currentServer(), QStringLiteral("de-3"));
+        QTest::mouseClick(status.button("pushButtonDisconnect"), Qt::LeftButton);
+        QVERIFY(!status.connected());
+        QVERIFY(!status.button("pushButtonConnect")->isHidden());
     }
 
     // A remote-desktop server listens: only an IKEv2-only connect without administrator rights
@@ -184,6 +189,35 @@ private slots:
         QCOMPARE(status.disconnects() > disconnects, reconnects);
         QCOMPARE(status.connects() > connects, reconnects);
         QVERIFY(status.connected());
+    }
+
+    void chainReportsBecomeBubbles()
+    {
+        MapTranslator translator;
+        translator.add("Gui::StatusWidget",
+                       "warning.problems_with_vpn_server_connect_to_another_server",
+                       "Problem with \"%1\"");
+        QCoreApplication::installTranslator(&translator);
+        StatusPage status;
+        auto& bubbles = status.viewManager.fakeBubbles();
+        QSignalSpy started(&status.page, &Gui::AbstractContentPage::aboutToStartWaiting);
+        QSignalSpy stopped(&status.page, &Gui::AbstractContentPage::aboutToStopWaiting);
+
+        emit status.chain().protocolChanged();
+        emit status.chain().protocolsExpired();
+        emit status.chain().reestablishStarted();
+        QCOMPARE(started.count(), 1);
+        emit status.chain().reestablishFinished(false);
+        QCOMPARE(stopped.count(), 1);
+        emit status.chain().reestablishStarted();
+        emit status.chain().reestablishFinished(true);
+        QCOMPARE(stopped.count(), 2);
+        QCoreApplication::removeTranslator(&translator);
+
+        QCOMPARE(
+            bubbles.texts(),
+            (QStringList{"warning.protocol_was_changed_due_the_quality_of_the_server",
+                         "Problem with \"de-1\"", "warning.vpn_connection_was_reestablished"}));
     }
 };
 

@@ -6,17 +6,30 @@
 #include "gui/shell/viewmanagerutils.h"
 #include "manager/vpnmanager.h"
 #include "support/managerfixture.h"
+#include "support/maptranslator.h"
 #include "support/messageboxdriver.h"
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
+#include <QAction>
+#include <QMenu>
 #include <QTimer>
 
 using tavero::ConnectionChain;
 using tavero::test::ManagerFixture;
+using tavero::test::MapTranslator;
 using tavero::test::MessageBoxDriver;
 using tavero::test::ServerListMaker;
+
+namespace {
+
+QString menuText(MainWindow& window, int index)
+{
+    return window.trayIcon().contextMenu()->actions().at(index)->text();
+}
+
+} // namespace
 
 // The view manager and its window over a VPN manager whose service and platform are scripted: the
 // reactions to the chain and the settings dialog, the exit, and the wait cursor of its utilities.
@@ -168,6 +181,35 @@ private slots:
         }
         QVERIFY(status.isEnabled());
         QVERIFY(!QApplication::overrideCursor());
+    }
+
+    void trayConnectEntryFollowsModeAndLanguage()
+    {
+        QMenu* menu = window().trayIcon().contextMenu();
+        emit menu->aboutToShow();
+        QCOMPARE(menuText(window(), 0), QString("action.connect"));
+
+        QVERIFY(m_fixture->connect());
+        QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
+        emit menu->aboutToShow();
+        QCOMPARE(menuText(window(), 0), QString("action.disconnect"));
+
+        MapTranslator german;
+        german.add("MainWindow", "action.disconnect", "Trennen")
+            .add("MainWindow", "action.connect", "Verbinden")
+            .add("MainWindow", "action.exit", "Beenden")
+            .add("QObject", "action.exit", "wrong context");
+        QCoreApplication::installTranslator(&german);
+        window().retranslateTrayMenu();
+        // Still connected: the entry must not fall back to its stored "connect" key.
+        QCOMPARE(menuText(window(), 0), QString("Trennen"));
+        QCOMPARE(menuText(window(), 5), QString("Beenden"));
+        QCOMPARE(menu->actions().at(5)->data().toString(), QString("action.exit"));
+
+        QVERIFY(manager().disconnect().isSuccess);
+        emit menu->aboutToShow();
+        QCOMPARE(menuText(window(), 0), QString("Verbinden"));
+        QCoreApplication::removeTranslator(&german);
     }
 };
 

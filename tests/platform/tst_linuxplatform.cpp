@@ -264,7 +264,14 @@ private slots:
     {
         PlatformOverrides::setAdministrator(false);
         LinuxPlatform plain;
+        QVERIFY(!plain.pptpSupports() && !plain.l2tpSupports());
+        QVERIFY(plain.isPptpAsync() && plain.isL2tpAsync());
+        QVERIFY(plain.disconnect().isSuccess);
         QCOMPARE(plain.connectPptp("h", "u", "p").message, "warning.cannot_open_pptp_connection");
+        QCOMPARE(plain.connectL2tp("h", "u", "p", "k").message,
+                 "warning.cannot_open_l2tp_connection");
+        QCOMPARE(plain.connectIKEv2("h", "u", "p", true).message,
+                 "warning.cannot_open_ikev2_connection");
         QCOMPARE(plain.connectIKEv2("h", "u", "p", false).message,
                  "warning.unable_to_connect_using_IKEv2_protocol"); // routes need rights
 
