@@ -208,6 +208,25 @@ private slots:
         QTest::qWait(50);
         QVERIFY(!QFile::exists(runnerLog()));
     }
+
+    void comparesWithTheRunningVersion_data()
+    {
+        QTest::addColumn<int>("serviceVersion");
+        QTest::addColumn<bool>("newer");
+        QTest::newRow("same") << runningVersion << false;
+        QTest::newRow("newer") << runningVersion + 1 << true;
+        QTest::newRow("nothing reported") << 0 << false;
+    }
+
+    void comparesWithTheRunningVersion()
+    {
+        QFETCH(int, serviceVersion);
+        QFETCH(bool, newer);
+        QCOMPARE(hasNewVersionForDevice(version(serviceVersion)), newer);
+        if (!newer) // nothing newer: no dialog at all (a shown one would block here)
+            QVERIFY(!NewVersionDialog(nullptr, m_programDirectory->path())
+                         .checkUpdate(version(serviceVersion, "log")));
+    }
 };
 
 TAVERO_TEST_GUI_MAIN(TestNewVersionDialog)
