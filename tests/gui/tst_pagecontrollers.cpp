@@ -1,5 +1,6 @@
 #include "connection/connectionchain.h"
 #include "gui/pages/serverselectionwidget.h"
+#include "gui/shell/logincontroller.h"
 #include "gui/shell/serverselectioncontroller.h"
 #include "gui/shell/statuscontroller.h"
 #include "manager/vpnmanager.h"
@@ -287,6 +288,24 @@ private slots:
         QCOMPARE(manager().settings().serverName(), "fr-1");
         QCOMPARE(m_view->currentPage(), "goToStatus(false)");
         QVERIFY(QMetaObject::invokeMethod(&page, "onGoToBack"));
+    }
+
+    // A refused disconnect and a refused log-in are shown; settings and information open over
+    // the page.
+    void refusalsAreShown()
+    {
+        QVERIFY(m_fixture->connect());
+        m_fixture->platform().queueResult("disconnect", OperationResult(QString("busy")));
+        m_status->disconnect();
+        m_fixture->api().loginResult.status = RequestResult::ServerError;
+        m_fixture->api().loginResult.message = QStringLiteral("invalid_user_credentials");
+        LoginController login(manager(), *m_view);
+        QVERIFY(!login.login(QStringLiteral("user@vpn.test"), QStringLiteral("wrong")));
+        QCOMPARE(boxes().size(), 2);
+        QCOMPARE(boxes().last(), QStringLiteral("Wrong login or password."));
+        m_status->showSettings();
+        m_status->showInformation();
+        QCOMPARE(m_view->calls(), (QStringList{"goToSettings", "goToInformation"}));
     }
 };
 
