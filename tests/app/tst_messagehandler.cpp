@@ -27,14 +27,9 @@ private slots:
         tavero::Logger::setSink({});
     }
 
-    void debugWritesNothing()
-    {
-        qDebug() << "connectNoBlock";
-        QVERIFY(m_entries.isEmpty());
-    }
-
     void eachWrittenTypeGivesOneEntryWithItsSeverity()
     {
+        qDebug() << "debug lines go nowhere";
         qInfo("information %d", 1);
         qWarning("warning %d", 2);
         qCritical("critical %d", 3);
@@ -45,19 +40,6 @@ private slots:
         QCOMPARE(m_entries[1].second, QString("warning 2"));
         QCOMPARE(m_entries[2].first, LoggerSeverity::Error);
         QCOMPARE(m_entries[2].second, QString("critical 3"));
-    }
-
-    void emptyMessageIsIgnored()
-    {
-        tavero::Logger().WriteLog(QString(), LoggerSeverity::Error);
-        QVERIFY(m_entries.isEmpty());
-    }
-
-    void registeringAnEmptySourceFails()
-    {
-        tavero::Logger logger;
-        QVERIFY(!logger.RegisterSource(QString(), QString()));
-        QVERIFY(logger.RegisterSource("TAVERO", QString()));
     }
 
     void messagesFromManyThreadsAreAllWritten()

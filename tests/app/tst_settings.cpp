@@ -17,59 +17,7 @@ class TestSettings : public QObject {
 private slots:
     void init() { tavero::test::TestEnvironment::clearSettings(); }
 
-    void freshStoreGivesDefaults()
-    {
-        Settings settings;
-        QCOMPARE(settings.serverName(), QString());
-        QVERIFY(!settings.isAutoConnection());
-        QVERIFY(!settings.isAutoLocation());
-        QVERIFY(!settings.isKillSwitch());
-        QCOMPARE(int(settings.protocolTypes()), 31);
-        QVERIFY(settings.isFirstRun());
-        QCOMPARE(settings.token(), QString());
-        QCOMPARE(settings.getEmail(), QString());
-        QCOMPARE(settings.getSelectedLanguage(), QString());
-        // Reading alone never creates keys.
-        QVERIFY(store().allKeys().isEmpty());
-    }
-
-    void oneSetterWritesAllNineKeys()
-    {
-        Settings settings;
-        settings.setKillSwitch(true);
-        const QSettings written = store();
-        QCOMPARE(written.allKeys().size(), 9);
-        QCOMPARE(written.value("is_kill_switch").toBool(), true);
-        QCOMPARE(written.value("protocol_type").toInt(), 31);
-        QCOMPARE(written.value("is_first_run").toBool(), true);
-        QCOMPARE(written.value("server_name").toString(), QString());
-    }
-
-    void valuesSurviveARestart()
-    {
-        {
-            Settings settings;
-            settings.setServerName("de-fra-01");
-            settings.setAutoConnection(true);
-            settings.setAutoLocation(true);
-            settings.setIsFirstRun(false);
-            settings.setProtocolTypes(OvpnUdp);
-            settings.setToken("tok");
-            settings.setEmail("a@b.c");
-            settings.setSelectedLanguage("Deutsch");
-        }
-        Settings reloaded;
-        QCOMPARE(reloaded.serverName(), QString("de-fra-01"));
-        QVERIFY(reloaded.isAutoConnection());
-        QVERIFY(reloaded.isAutoLocation());
-        QVERIFY(!reloaded.isKillSwitch());
-        QVERIFY(!reloaded.isFirstRun());
-        QCOMPARE(reloaded.protocolTypes(), QFlags<ProtocolType>(OvpnUdp));
-        QCOMPARE(reloaded.token(), QString("tok"));
-        QCOMPARE(reloaded.getEmail(), QString("a@b.c"));
-        QCOMPARE(reloaded.getSelectedLanguage(), QString("Deutsch"));
-    }
-
+    // What another version (or a hand edit) left in the store is read as the values it means.
     void storedProtocolTypesAreTakenBitForBit_data()
     {
         QTest::addColumn<QVariant>("stored");
@@ -101,16 +49,6 @@ private slots:
         QVERIFY(!settings.isFirstRun());
         // A list is not a string: it converts to the null string.
         QCOMPARE(settings.serverName(), QString());
-    }
-
-    void loadRereadsTheStore()
-    {
-        Settings settings;
-        Settings other;
-        other.setEmail("changed@example.org");
-        QCOMPARE(settings.getEmail(), QString());
-        settings.load();
-        QCOMPARE(settings.getEmail(), QString("changed@example.org"));
     }
 };
 

@@ -23,7 +23,7 @@ private slots:
         QVERIFY2(tavero.waitForStarted(), qPrintable(tavero.errorString()));
         QVERIFY2(!tavero.waitForFinished(1500), "the program ended on its own");
         tavero.terminate();
-        QVERIFY(tavero.waitForFinished(5000));
+        QVERIFY(tavero.waitForFinished(30000));
     }
 
     // Without administrator rights the program restarts itself through pkexec; once the elevated
@@ -73,27 +73,6 @@ private slots:
         QVERIFY2(line.contains("TAVERO_MARK=kept"), line.constData());
         QVERIFY2(line.contains("TAVERO_ELEVATED=1"), line.constData());
         QProcess::execute("pkill", {"-f", "-u", "65534", executable()});
-    }
-
-    void noElevationWhenTurnedOff()
-    {
-        if (::geteuid() != 0)
-            QSKIP("needs root to run the program as an unprivileged user");
-        const QString setpriv = QStandardPaths::findExecutable("setpriv");
-        if (setpriv.isEmpty())
-            QSKIP("setpriv is not installed");
-        QProcess tavero;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert("QT_QPA_PLATFORM", "offscreen");
-        env.insert("DISPLAY", ":987");
-        env.insert("TAVERO_NO_ELEVATE", "1");
-        tavero.setProcessEnvironment(env);
-        tavero.start(setpriv, {"--reuid=65534", "--regid=65534", "--clear-groups",
-                               "--inh-caps=-all", executable()});
-        QVERIFY(tavero.waitForStarted());
-        QVERIFY2(!tavero.waitForFinished(1500), "the program ended instead of running on");
-        tavero.terminate();
-        QVERIFY(tavero.waitForFinished(5000));
     }
 };
 

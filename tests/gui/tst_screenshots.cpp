@@ -4,93 +4,57 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-// Runs the screenshot tool the way a developer does, offscreen.
+// Runs the screenshot tool the way a developer does, offscreen: every registered page and state
+// renders (painting, styling and the pages over the scripted service with it), and bad arguments
+// write nothing.
 class TestScreenshots : public QObject {
     Q_OBJECT
 
-    QString tool() const { return qEnvironmentVariable("TAVERO_SCREENSHOTS"); }
-
-    QProcess* start(const QStringList& arguments)
+    // Runs the tool; its standard output, error output and exit code go where asked.
+    static bool run(const QStringList& arguments, QByteArray* output, QByteArray* errors = nullptr,
+                    int* code = nullptr)
     {
-        auto* process = new QProcess(this);
+        QProcess process;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("QT_QPA_PLATFORM", "offscreen");
-        process->setProcessEnvironment(env);
-        process->start(tool(), arguments);
-        return process;
+        process.setProcessEnvironment(env);
+        process.start(qEnvironmentVariable("TAVERO_SCREENSHOTS"), arguments);
+        // Generous: the tool renders dozens of pages, and the machine may be busy.
+        if (!process.waitForFinished(240000))
+            return false;
+        if (output)
+            *output = process.readAllStandardOutput();
+        if (errors)
+            *errors = process.readAllStandardError();
+        if (code)
+            *code = process.exitCode();
+        return true;
     }
 
 private slots:
-    void listsTheRegisteredPages()
+    void rendersEveryListedPageAndState()
     {
-        QProcess* process = start({"--list"});
-        QVERIFY(process->waitForFinished(30000));
-        QCOMPARE(process->exitCode(), 0);
-        const QString listing = QString::fromUtf8(process->readAllStandardOutput());
-        for (const char* line :
-             {"about: default", "splash: default", "waitingplate: plain, waiting",
-              "status: disconnected, connected", "serverselection: disconnected, connected",
-              "login: empty, filled, no-email, no-password", "settings: common, about",
-              "newversion: changelog, compact"})
-            QVERIFY2(listing.contains(line), qPrintable(listing));
-    }
-
-    void writesOnePicturePerPageStateAndLanguage()
-    {
-        QTemporaryDir out;
-        QVERIFY(out.isValid());
-        QProcess* process = start({"--out", out.path() + "/shots", "--pages",
-                                   "about,waitingplate,splash", "--languages", "eng,rus"});
-        QVERIFY(process->waitForFinished(60000));
-        QVERIFY2(process->exitCode() == 0, process->readAllStandardError().constData());
-
-        const struct {
-            const char* file;
-            QSize size;
-        } expected[] = {
-            {"about-default-eng.png", QSize(715, 559)},
-            {"about-default-rus.png", QSize(715, 559)},
-            {"splash-default-eng.png", QSize(360, 550)},
-            {"splash-default-rus.png", QSize(360, 550)},
-            {"waitingplate-plain-eng.png", QSize(360, 550)},
-            {"waitingplate-waiting-rus.png", QSize(360, 550)},
-        };
-        for (const auto& picture : expected) {
-            const QImage image(out.path() + "/shots/" + picture.file);
-            QVERIFY2(!image.isNull(), picture.file);
-            QCOMPARE(image.size(), picture.size);
+        QByteArray listing;
+        QVERIFY(run({"--list"}, &listing));
+        QStringList expected;
+        for (const QString& line : QString::fromUtf8(listing).split('\n', Qt::SkipEmptyParts)) {
+            const QString page = line.section(": ", 0, 0);
+            for (const QString& state : line.section(": ", 1).split(", "))
+                for (const char* language : {"eng", "rus"})
+                    expected << QStringLiteral("%1-%2-%3.png").arg(page, state, language);
         }
-        QCOMPARE(QDir(out.path() + "/shots").entryList({"*.png"}).size(), 8);
+        QVERIFY2(expected.size() >= 40, listing.constData());
 
-        // The plate really lies over the page in the waiting state.
-        const QImage plain(out.path() + "/shots/waitingplate-plain-eng.png");
-        const QImage waiting(out.path() + "/shots/waitingplate-waiting-eng.png");
-        QVERIFY(plain != waiting);
-    }
-
-    void rendersTheClientPagesOverTheScriptedService()
-    {
         QTemporaryDir out;
-        QVERIFY(out.isValid());
-        QProcess* process = start(
-            {"--out", out.path(), "--pages", "login,status,serverselection", "--languages", "fra"});
-        QVERIFY(process->waitForFinished(60000));
-        QVERIFY2(process->exitCode() == 0, process->readAllStandardError().constData());
-        QCOMPARE(QDir(out.path()).entryList({"*.png"}).size(), 4 + 7 + 2);
+        QByteArray errors;
+        int code = -1;
+        QVERIFY(run({"--out", out.path(), "--languages", "eng,rus"}, nullptr, &errors, &code));
+        QVERIFY2(code == 0, errors.constData());
+        expected.sort();
+        QCOMPARE(QDir(out.path()).entryList({"*.png"}, QDir::Files, QDir::Name), expected);
 
         const auto picture = [&](const char* name) { return QImage(out.path() + "/" + name); };
-        // Pages at least at the window's smallest size; boxes at their own, much smaller one.
-        for (const char* page : {"login-empty-fra.png", "status-disconnected-fra.png",
-                                 "status-connected-fra.png", "serverselection-connected-fra.png"}) {
-            const QImage image = picture(page);
-            QVERIFY2(image.width() >= 360 && image.height() >= 550, page);
-        }
-        for (const char* box : {"login-no-email-fra.png", "status-rdp-question-fra.png",
-                                "status-protocol-question-fra.png"}) {
-            const QImage image = picture(box);
-            QVERIFY2(!image.isNull() && image.height() < 300, box);
-        }
-        // The connected picture really shows a tunnel: the green shield instead of the red one.
+        // The connected page really shows a tunnel: the green shield instead of the red one.
         const auto shieldPixels = [](const QImage& image, bool green) {
             int count = 0;
             for (int y = 10; y < 80; ++y) {
@@ -102,36 +66,16 @@ private slots:
             }
             return count;
         };
-        const QImage connected = picture("status-connected-fra.png");
-        const QImage disconnected = picture("status-disconnected-fra.png");
+        const QImage connected = picture("status-connected-rus.png");
+        const QImage disconnected = picture("status-disconnected-rus.png");
         QVERIFY(shieldPixels(connected, true) > 300);
         QCOMPARE(shieldPixels(connected, false), 0);
         QVERIFY(shieldPixels(disconnected, false) > 300);
         QCOMPARE(shieldPixels(disconnected, true), 0);
-    }
-
-    // The dialogs in every language: the settings dialog at its fixed size on both tabs, the update
-    // dialog at its form's size and, without a change log, in its compact size.
-    void rendersTheDialogsInEveryLanguage()
-    {
-        QTemporaryDir out;
-        QVERIFY(out.isValid());
-        QProcess* process = start({"--out", out.path(), "--pages", "settings,newversion"});
-        QVERIFY(process->waitForFinished(120000));
-        QVERIFY2(process->exitCode() == 0, process->readAllStandardError().constData());
-        for (const char* language : {"eng", "fra", "ger", "rus", "spa"}) {
-            const QString suffix = QStringLiteral("-%1.png").arg(QLatin1String(language));
-            const QImage common(out.path() + "/settings-common" + suffix);
-            const QImage about(out.path() + "/settings-about" + suffix);
-            const QImage full(out.path() + "/newversion-changelog" + suffix);
-            const QImage compact(out.path() + "/newversion-compact" + suffix);
-            QCOMPARE(common.size(), QSize(545, 582));
-            QCOMPARE(about.size(), QSize(545, 582));
-            QVERIFY(common != about);
-            QCOMPARE(full.size(), QSize(468, 573));
-            QCOMPARE(compact.width(), 545);
-            QVERIFY2(compact.height() < full.height(), language);
-        }
+        // The plate really lies over the page; the dialog without a change log is smaller.
+        QVERIFY(picture("waitingplate-plain-eng.png") != picture("waitingplate-waiting-eng.png"));
+        QVERIFY(picture("newversion-compact-eng.png").height() <
+                picture("newversion-changelog-eng.png").height());
     }
 
     void refusesUnknownPagesAndLanguages_data()
@@ -145,9 +89,9 @@ private slots:
     {
         QFETCH(QStringList, arguments);
         QTemporaryDir out;
-        QProcess* process = start(QStringList{"--out", out.path()} + arguments);
-        QVERIFY(process->waitForFinished(30000));
-        QCOMPARE(process->exitCode(), 2);
+        int code = -1;
+        QVERIFY(run(QStringList{"--out", out.path()} + arguments, nullptr, nullptr, &code));
+        QCOMPARE(code, 2);
         QVERIFY(QDir(out.path()).entryList({"*.png"}).isEmpty());
     }
 };

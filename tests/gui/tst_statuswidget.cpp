@@ -1,9 +1,6 @@
 // The status page against real controllers and a real VPN manager over a scripted service and
-// platform: every step of showState(), connecting with its remote-desktop question, the switch to
-// the next server with its re-entrance guard, hover and pressed looks, chain reports as bubbles,
-// and the question after a protocol change.
-#include "gui/pages/hoverpushbutton.h"
-#include "gui/pages/serverselectionpushbutton.h"
+// platform: connecting with its remote-desktop question, the switch to the next server with its
+// re-entrance guard, chain reports as bubbles, and the question after a protocol change.
 #include "gui/pages/statuswidget.h"
 #include "gui/shell/serverselectioncontroller.h"
 #include "gui/shell/statuscontroller.h"
@@ -16,9 +13,8 @@
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
-#include "support/widgetpainting.h"
 
-#include <QLabel>
+#include <QPushButton>
 #include <QSignalSpy>
 
 using tavero::ConnectionChain;
@@ -27,7 +23,6 @@ using tavero::test::FakeViewManager;
 using tavero::test::ManagerFixture;
 using tavero::test::MapTranslator;
 using tavero::test::MessageBoxDriver;
-using tavero::test::pngBytes;
 using tavero::test::ServerListMaker;
 
 namespace {
@@ -57,7 +52,6 @@ struct StatusPage {
     StatusPage()
     {
         fixture.answerReachable(serverList(), ServerListGettingResult{});
-        fixture.api().flagPicture = pngBytes(Qt::blue);
         if (!fixture.logIn())
             qFatal("the scripted log-in failed");
         selectServer(QStringLiteral("de-1"));
@@ -70,27 +64,14 @@ struct StatusPage {
     void selectServer(const QString& name) { manager().vpnServers().setCurrServer(name); }
     QString currentServer() { return manager().vpnServers().currServer().name; }
 
-    template <typename T = QWidget>
-    T* child(const char* name)
+    QPushButton* button(const char* name)
     {
-        T* widget = page.findChild<T*>(QString::fromLatin1(name));
+        auto* widget = page.findChild<QPushButton*>(QString::fromLatin1(name));
         if (!widget)
-            qFatal("no child %s", name);
+            qFatal("no button %s", name);
         return widget;
     }
-    QLabel* label(const char* name) { return child<QLabel>(name); }
-    QPushButton* button(const char* name) { return child<QPushButton>(name); }
-    Gui::HoverPushButton* ipButton() { return child<Gui::HoverPushButton>("pushButtonIp"); }
-    Gui::HoverPushButton* nextButton()
-    {
-        return child<Gui::HoverPushButton>("pushButtonNextServer");
-    }
-    ServerSelectionPushButton* changeButton()
-    {
-        return child<ServerSelectionPushButton>("pushButtonChangeServer");
-    }
-    bool shown(const char* name) { return !child(name)->isHidden(); }
-
+    QPushButton* nextButton() { return button("pushButtonNextServer"); }
     void clickConnect() { QTest::mouseClick(button("pushButtonConnect"), Qt::LeftButton); }
     bool connected() { return chain().mode() == ConnectionChain::Connected; }
 
@@ -116,161 +97,6 @@ private slots:
         PlatformOverrides::setRdpListening(std::nullopt);
     }
 
-    void disconnectedStateAfterLogIn()
-    {
-        StatusPage status;
-        QVERIFY(status.shown("contentWidget"));
-        QVERIFY(!status.shown("progressWidget"));
-        QVERIFY(status.shown("iconNoGuarded"));
-        QVERIFY(!status.shown("iconGuarded"));
-        QVERIFY(status.shown("pushButtonConnect"));
-        QVERIFY(!status.shown("pushButtonDisconnect"));
-        QVERIFY(!status.shown("pushButtonNextServer"));
-        QVERIFY(!status.ipButton()->isEnabled());
-        QCOMPARE(status.ipButton()->text(), QStringLiteral("203.0.113.7"));
-        QVERIFY(status.shown("labelYourIp"));
-        QCOMPARE(status.label("labelIsConnested")->text(), status.chain().modeText());
-        QCOMPARE(status.label("labelIsProtected")->text(), QStringLiteral(" label.not_secure "));
-        QVERIFY(status.child("isProtectedBackground")->styleSheet().contains("#FB1B43"));
-        QCOMPARE(status.label("labelCountryName")->text(), QStringLiteral("Germany"));
-        QVERIFY(status.shown("pushButtonChangeServer"));
-        QVERIFY(status.changeButton()->isEnabled());
-        QCOMPARE(status.changeButton()->serverText(), QStringLiteral("de-1"));
-        QVERIFY(!status.shown("labelNoServers"));
-
-        // Hovering the disabled address changes nothing.
-        const QString style = status.ipButton()->styleSheet();
-        StatusPage::hover(status.ipButton(), QEvent::Enter);
-        QCOMPARE(status.ipButton()->styleSheet(), style);
-        QVERIFY(!status.nextButton()->isEnabled());
-    }
-
-    void connectShowsTheProtectedState()
-    {
-        StatusPage status;
-        QSignalSpy connectedSpy(&status.page, &Gui::StatusWidget::stateConnected);
-        QSignalSpy started(&status.page, &Gui::AbstractContentPage::aboutToStartWaiting);
-        QSignalSpy stopped(&status.page, &Gui::AbstractContentPage::aboutToStopWaiting);
-        status.clickConnect();
-
-        QVERIFY(status.connected());
-        QCOMPARE(started.count(), 1);
-        QCOMPARE(stopped.count(), 1);
-        QVERIFY(!connectedSpy.isEmpty());
-        QCOMPARE(connectedSpy.last().first().toString(), QStringLiteral("Germany"));
-        QVERIFY(status.shown("iconGuarded"));
-        QVERIFY(!status.shown("iconNoGuarded"));
-        QVERIFY(!status.shown("pushButtonConnect"));
-        QVERIFY(status.shown("pushButtonDisconnect"));
-        QCOMPARE(status.label("labelIsProtected")->text(), QStringLiteral(" label.protected "));
-        QVERIFY(status.child("isProtectedBackground")->styleSheet().contains("#91C51B"));
-        QCOMPARE(status.label("labelIsConnested")->text(), status.chain().modeText());
-
-        QSignalSpy disconnectedSpy(&status.page, &Gui::StatusWidget::stateDisconnected);
-        QTest::mouseClick(status.button("pushButtonDisconnect"), Qt::LeftButton);
-        QVERIFY(!status.connected());
-        QVERIFY(!disconnectedSpy.isEmpty());
-        QVERIFY(status.shown("pushButtonConnect"));
-        QVERIFY(!status.shown("pushButtonDisconnect"));
-        QCOMPARE(started.count(), 2);
-        QCOMPARE(stopped.count(), 2);
-    }
-
-    void connectingStateKeepsTheContentAsItWas()
-    {
-        ManagerFixture fixture;
-        FakeViewManager viewManager;
-        StatusController statusController(fixture.manager(), viewManager);
-        ServerSelectionController serverController(fixture.manager(), viewManager);
-        Gui::StatusWidget page(fixture.manager(), statusController, serverController,
-                               viewManager.fakeBubbles());
-        QVERIFY(page.findChild<QWidget*>("contentWidget")->isHidden());
-        QSignalSpy connecting(&page, &Gui::StatusWidget::stateConnecting);
-        QSignalSpy disconnected(&page, &Gui::StatusWidget::stateDisconnected);
-
-        fixture.manager().connection().setMode(ConnectionChain::Connecting);
-        QCOMPARE(connecting.count(), 1);
-        QCOMPARE(disconnected.count(), 0);
-        QVERIFY(page.findChild<QWidget*>("contentWidget")->isHidden());
-
-        fixture.manager().connection().setMode(ConnectionChain::Failed);
-        QCOMPARE(disconnected.count(), 1);
-        QVERIFY(!page.findChild<QWidget*>("contentWidget")->isHidden());
-        QVERIFY(page.findChild<QWidget*>("progressWidget")->isHidden());
-    }
-
-    void oneServerCountryOffersNoSwitch()
-    {
-        StatusPage status;
-        status.selectServer("fr-1");
-        status.clickConnect();
-        QVERIFY(status.connected());
-        QVERIFY(!status.shown("pushButtonNextServer"));
-        QVERIFY(!status.ipButton()->isEnabled());
-
-        const QString style = status.ipButton()->styleSheet();
-        StatusPage::hover(status.ipButton(), QEvent::Enter);
-        QCOMPARE(status.ipButton()->styleSheet(), style);
-        QVERIFY(!status.nextButton()->isEnabled());
-    }
-
-    void severalServersEnableTheSwitchOnHover()
-    {
-        StatusPage status;
-        status.clickConnect();
-        QVERIFY(status.connected());
-        QVERIFY(status.shown("pushButtonNextServer"));
-        QVERIFY(status.ipButton()->isEnabled());
-        QVERIFY(!status.nextButton()->isEnabled());
-
-        for (QWidget* hovered : {static_cast<QWidget*>(status.ipButton()),
-                                 static_cast<QWidget*>(status.nextButton())}) {
-            StatusPage::hover(hovered, QEvent::Enter);
-            QVERIFY(status.ipButton()->styleSheet().contains("text-decoration: underline"));
-            QVERIFY(status.nextButton()->isEnabled());
-
-            StatusPage::hover(hovered, QEvent::Leave);
-            QVERIFY(!status.ipButton()->styleSheet().contains("underline"));
-            QVERIFY(status.ipButton()->styleSheet().contains("font-size: 24px"));
-            QVERIFY(!status.ipButton()->font().underline());
-            QVERIFY(!status.nextButton()->isEnabled());
-        }
-    }
-
-    void switchingMovesToTheNextServerAndReconnects_data()
-    {
-        QTest::addColumn<QString>("clicked");
-        QTest::newRow("address") << "pushButtonIp";
-        QTest::newRow("switch icon") << "pushButtonNextServer";
-    }
-
-    void switchingMovesToTheNextServerAndReconnects()
-    {
-        QFETCH(QString, clicked);
-        StatusPage status;
-        status.clickConnect();
-        const int connectsBefore = status.connects();
-        StatusPage::hover(status.ipButton(), QEvent::Enter);
-        QSignalSpy started(&status.page, &Gui::AbstractContentPage::aboutToStartWaiting);
-        QSignalSpy stopped(&status.page, &Gui::AbstractContentPage::aboutToStopWaiting);
-
-        // Pressing either shows both pressed; the release switches.
-        auto* button = status.page.findChild<QPushButton*>(clicked);
-        QTest::mousePress(button, Qt::LeftButton);
-        QVERIFY(status.ipButton()->isDown());
-        QVERIFY(status.nextButton()->isDown());
-        QTest::mouseRelease(button, Qt::LeftButton);
-        QVERIFY(!status.ipButton()->isDown());
-        QVERIFY(!status.nextButton()->isDown());
-
-        QCOMPARE(status.currentServer(), QStringLiteral("de-2"));
-        QCOMPARE(status.changeButton()->serverText(), QStringLiteral("de-2"));
-        QVERIFY(status.connected());
-        QVERIFY(status.connects() > connectsBefore);
-        QCOMPARE(started.count(), stopped.count());
-        QVERIFY(started.count() >= 1);
-    }
-
     void twoQuickClicksSwitchOnce()
     {
         StatusPage status;
@@ -293,162 +119,47 @@ private slots:
         StatusPage::hover(status.nextButton(), QEvent::Enter);
         QTest::mouseClick(status.nextButton(), Qt::LeftButton);
         QCOMPARE(status.currentServer(), QStringLiteral("de-3"));
-    }
-
-    void switchingWhileDisconnectedDoesNotConnect()
-    {
-        StatusPage status;
-        // The address is disabled while disconnected; the slot still guards itself.
-        QVERIFY(QMetaObject::invokeMethod(&status.page, "nextServerClick"));
-        QCOMPARE(status.currentServer(), QStringLiteral("de-2"));
-        QCOMPARE(status.connects(), 0);
+        QTest::mouseClick(status.button("pushButtonDisconnect"), Qt::LeftButton);
         QVERIFY(!status.connected());
+        QVERIFY(!status.button("pushButtonConnect")->isHidden());
     }
 
-    void changeServerOpensTheServerPageOnce()
-    {
-        StatusPage status;
-        const int listRequests = status.fixture.api().calls("receiveServerList");
-        int nested = 0;
-        status.fixture.api().onCall("receiveServerList", [&] {
-            if (nested++ == 0)
-                QTest::mouseClick(status.changeButton(), Qt::LeftButton);
-        });
-        QTest::mouseClick(status.changeButton(), Qt::LeftButton);
-        QCOMPARE(status.viewManager.calls().count("goToServerSelection"), 1);
-        QCOMPARE(status.fixture.api().calls("receiveServerList"), listRequests + 1);
-        QCOMPARE(status.statusController.rememberedServerName(), QStringLiteral("de-1"));
-    }
-
-    void settingsButtonOpensTheSettings()
-    {
-        StatusPage status;
-        QSignalSpy activeWindow(&status.page, &Gui::AbstractContentPage::activeWindowChanged);
-        QTest::mouseClick(status.button("pushButtonSettings"), Qt::LeftButton);
-        QCOMPARE(activeWindow.count(), 1);
-        QCOMPARE(status.viewManager.calls().count("goToSettings"), 1);
-    }
-
-    void killSwitchHoldingTheNetworkDown()
-    {
-        MapTranslator translator;
-        translator.add("Gui::StatusWidget", "warning.killswitch_triggered", "Using Killswitch");
-        QCoreApplication::installTranslator(&translator);
-        StatusPage status;
-        status.manager().settings().setKillSwitch(true);
-        status.manager().killSwitcher().stopInternet();
-        QVERIFY(status.manager().killSwitchWasDisconnectingTheInternet());
-        status.page.fillUp();
-        QCoreApplication::removeTranslator(&translator);
-
-        QCOMPARE(status.ipButton()->text(), QStringLiteral("Using Killswitch"));
-        QVERIFY(!status.shown("labelYourIp"));
-        QVERIFY(!status.shown("labelBigFlag"));
-        QCOMPARE(status.label("labelIsProtected")->text(), QStringLiteral(" label.not_secure "));
-    }
-
-    void flagsFollowTheService()
-    {
-        StatusPage status;
-        QVERIFY(status.shown("labelBigFlag"));
-        QVERIFY(!status.label("labelBigFlag")->pixmap(Qt::ReturnByValue).isNull());
-        QVERIFY(!status.changeButton()->isPixmapHidden());
-        QCOMPARE(status.changeButton()->pixmap().toImage().pixelColor(5, 5), QColor(Qt::blue));
-
-        status.fixture.api().flagPicture = QByteArray("not a picture");
-        status.page.fillUp();
-        QVERIFY(!status.shown("labelBigFlag"));
-        QVERIFY(status.changeButton()->isPixmapHidden());
-    }
-
-    void bigFlagIsTheAddressCountrysAndSmallFlagTheServers()
-    {
-        StatusPage status;
-        status.selectServer("fr-1");
-        status.page.showBigFlag();
-        QCOMPARE(status.fixture.api().lastFlagCountryCode, QStringLiteral("de"));
-        QCOMPARE(status.fixture.api().lastFlagSize, FlagPictureSize::Large);
-        status.page.showSmallFlag();
-        QCOMPARE(status.fixture.api().lastFlagCountryCode, QStringLiteral("fr"));
-        QCOMPARE(status.fixture.api().lastFlagSize, FlagPictureSize::Small);
-    }
-
-    void emptyServerListHidesTheServerControls()
-    {
-        StatusPage status;
-        status.manager().vpnServers().clear();
-        status.page.showState();
-        QVERIFY(!status.shown("pushButtonConnect"));
-        QVERIFY(!status.shown("pushButtonDisconnect"));
-        QVERIFY(!status.shown("pushButtonNextServer"));
-        QVERIFY(!status.shown("pushButtonChangeServer"));
-        QVERIFY(status.shown("labelNoServers"));
-        QVERIFY(!status.ipButton()->isEnabled());
-    }
-
+    // A remote-desktop server listens: only an IKEv2-only connect without administrator rights
+    // (which takes the routes) asks first.
     void remoteDesktopQuestionBeforeIkev2_data()
     {
         QTest::addColumn<bool>("administrator");
-        QTest::addColumn<bool>("rdp");
         QTest::addColumn<int>("protocols");
-        QTest::addColumn<QString>("answer"); // empty: no question expected
-        QTest::addColumn<bool>("connects");
-
+        QTest::addColumn<bool>("asks");
         const int ikev2 = int(ProtocolType::IKEv2);
-        const int all = 31;
-        QTest::newRow("continue") << false << true << ikev2 << "action.continue" << true;
-        QTest::newRow("cancel") << false << true << ikev2 << "action.cancel" << false;
-        QTest::newRow("administrator") << true << true << ikev2 << "" << true;
-        QTest::newRow("no remote desktop") << false << false << ikev2 << "" << true;
-        QTest::newRow("automatic protocol") << false << true << all << "" << true;
-        QTest::newRow("OpenVPN only") << false << true << int(ProtocolType::OvpnUdp) << "" << true;
+        QTest::newRow("asked") << false << ikev2 << true;
+        QTest::newRow("administrator") << true << ikev2 << false;
+        QTest::newRow("automatic protocol") << false << 31 << false;
     }
 
     void remoteDesktopQuestionBeforeIkev2()
     {
         QFETCH(bool, administrator);
-        QFETCH(bool, rdp);
         QFETCH(int, protocols);
-        QFETCH(QString, answer);
-        QFETCH(bool, connects);
-
+        QFETCH(bool, asks);
         StatusPage status;
         status.manager().settings().setProtocolTypes(QFlags<ProtocolType>(protocols));
         PlatformOverrides::setAdministrator(administrator);
-        PlatformOverrides::setRdpListening(rdp);
+        PlatformOverrides::setRdpListening(true);
         const int reachabilityChecks = status.fixture.api().calls("isThereInternet");
         QSignalSpy started(&status.page, &Gui::AbstractContentPage::aboutToStartWaiting);
         QSignalSpy stopped(&status.page, &Gui::AbstractContentPage::aboutToStopWaiting);
-
         MessageBoxDriver driver;
-        if (!answer.isEmpty())
-            driver.clickOnNextBox(answer);
+        if (asks)
+            driver.clickOnNextBox("action.continue");
         status.clickConnect();
 
         QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join("; ")));
-        QCOMPARE(driver.seen().size(), answer.isEmpty() ? 0 : 1);
-        if (!answer.isEmpty()) {
-            const MessageBoxDriver::SeenBox& box = driver.seen().first();
-            QCOMPARE(box.title, QStringLiteral("TAVERO"));
-            QCOMPARE(box.text,
-                     QStringLiteral("warning.found_rdp_ikev_can_disconnect_it_continue?"));
-            QCOMPARE(box.buttons.size(), 2);
-            QVERIFY(box.buttons.contains("action.continue"));
-            QVERIFY(box.buttons.contains("action.cancel"));
-        }
-        // The status controller's connect always asks first whether there is a network.
-        QCOMPARE(status.fixture.api().calls("isThereInternet") > reachabilityChecks, connects);
+        QCOMPARE(driver.seen().size(), asks ? 1 : 0);
+        // Answered or not asked, the connect goes ahead: it first asks whether there is a network.
+        QVERIFY(status.fixture.api().calls("isThereInternet") > reachabilityChecks);
         QCOMPARE(started.count(), 1);
         QCOMPARE(stopped.count(), 1);
-    }
-
-    void protocolChangeWhileDisconnectedAsksNothing()
-    {
-        StatusPage status;
-        MessageBoxDriver driver;
-        status.page.onSettedNewProtocol();
-        QCOMPARE(driver.seen().size(), 0);
-        QCOMPARE(status.connects(), 0);
     }
 
     void protocolChangeWhileConnectedOffersAReconnect_data()
@@ -475,10 +186,6 @@ private slots:
 
         QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join("; ")));
         QCOMPARE(driver.seen().size(), 1);
-        QCOMPARE(driver.seen().first().text,
-                 QStringLiteral("warning.want_reconnect_with_new_protocol_settings?"));
-        QCOMPARE(driver.seen().first().title, QStringLiteral("TAVERO"));
-        QVERIFY(driver.seen().first().defaultButton.isEmpty());
         QCOMPARE(status.disconnects() > disconnects, reconnects);
         QCOMPARE(status.connects() > connects, reconnects);
         QVERIFY(status.connected());
@@ -511,11 +218,6 @@ private slots:
             bubbles.texts(),
             (QStringList{"warning.protocol_was_changed_due_the_quality_of_the_server",
                          "Problem with \"de-1\"", "warning.vpn_connection_was_reestablished"}));
-        QCOMPARE(bubbles.bubbles().at(0).milliseconds, 10000);
-        QCOMPARE(bubbles.bubbles().at(1).milliseconds, 60000);
-        QCOMPARE(bubbles.bubbles().at(2).milliseconds, 60000);
-        for (const auto& bubble : bubbles.bubbles())
-            QCOMPARE(bubble.icon, QSystemTrayIcon::Information);
     }
 };
 

@@ -1,30 +1,45 @@
 #include "app/languagemaster.h"
-#include "gui/pages/aboutprogrammwindowswidget.h"
+#include "gui/pages/abstractcontentpage.h"
 #include "gui/pages/settingsdialog.h"
-#include "gui/pages/statuswidget.h"
+#include "gui/pages/waitingplate.h"
 #include "gui/shell/controllerinjector.h"
 #include "gui/shell/mainwindow.h"
 #include "gui/shell/viewmanager.h"
+#include "gui/shell/viewmanagerutils.h"
 #include "manager/vpnmanager.h"
 #include "support/managerfixture.h"
+#include "support/maptranslator.h"
 #include "support/messageboxdriver.h"
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
-#include <QDialogButtonBox>
-#include <QLabel>
+#include <QAction>
 #include <QMenu>
-#include <QPushButton>
+#include <QStackedWidget>
 #include <QTimer>
 
 using tavero::ConnectionChain;
 using tavero::test::ManagerFixture;
+using tavero::test::MapTranslator;
 using tavero::test::MessageBoxDriver;
 using tavero::test::ServerListMaker;
 
-// The view manager over a VPN manager whose service and platform are scripted: the font pass,
-// the reactions to the chain and the settings dialog, and the current-widget rules around dialogs.
+using Buttons = QMessageBox::StandardButtons;
+using Button = QMessageBox::StandardButton;
+Q_DECLARE_METATYPE(QMessageBox::StandardButton)
+
+namespace {
+
+QString menuText(MainWindow& window, int index)
+{
+    return window.trayIcon().contextMenu()->actions().at(index)->text();
+}
+
+} // namespace
+
+// The view manager and its window over a VPN manager whose service and platform are scripted: the
+// reactions to the chain and the settings dialog, the exit, and the wait cursor of its utilities.
 class TestViewManager : public QObject {
     Q_OBJECT
 
@@ -33,15 +48,8 @@ class TestViewManager : public QObject {
     std::unique_ptr<ViewManager> m_views;
     std::shared_ptr<ControllerInjector> m_injector;
 
-    static bool insideSkippedKind(QWidget* widget)
-    {
-        for (QWidget* w = widget; w; w = w->parentWidget()) {
-            if (qobject_cast<AboutProgrammWindowsWidget*>(w) ||
-                qobject_cast<QDialogButtonBox*>(w) || qobject_cast<QMenu*>(w))
-                return true;
-        }
-        return false;
-    }
+    tavero::VpnManager& manager() { return m_fixture->manager(); }
+    MainWindow& window() { return *m_views->window(); }
 
 private slots:
     void init()
@@ -51,9 +59,9 @@ private slots:
             ServerListMaker().country(1, "de", "Germany").server(1, "de-1", 20, true, true).list();
         m_fixture->answerReachable(list, list);
         QVERIFY(m_fixture->logIn());
-        m_languages = std::make_unique<tavero::LanguageMaster>(m_fixture->manager().settings());
-        m_views = std::make_unique<ViewManager>(m_fixture->manager(), *m_languages);
-        m_injector = std::make_shared<ControllerInjector>(m_fixture->manager(), *m_views);
+        m_languages = std::make_unique<tavero::LanguageMaster>(manager().settings());
+        m_views = std::make_unique<ViewManager>(manager(), *m_languages);
+        m_injector = std::make_shared<ControllerInjector>(manager(), *m_views);
         m_views->setControllerInjector(m_injector);
     }
     void cleanup()
@@ -62,95 +70,36 @@ private slots:
         m_views.reset();
         m_languages.reset();
         m_fixture.reset();
-    }
-
-    void collectingSkipsAboutWidgetButtonBoxesAndMenus()
-    {
-        QWidget root;
-        QFont designed = root.font();
-        designed.setPointSize(14);
-        root.setFont(designed);
-        auto* label = new QLabel("label", &root);
-        auto* box = new QDialogButtonBox(QDialogButtonBox::Ok, &root);
-        auto* menu = new QMenu(&root);
-        auto* about = new AboutProgrammWindowsWidget(&root);
-        QVector<QPair<QWidget*, int>> collected;
-        ViewManager::correctFonts(&root, 1.0, collected);
-        QVector<QWidget*> widgets;
-        for (const auto& entry : qAsConst(collected))
-            widgets << entry.first;
-        QCOMPARE(widgets.value(0), &root); // parents first
-        QVERIFY(widgets.contains(label));
-        QVERIFY(!widgets.contains(box));
-        QVERIFY(!widgets.contains(box->button(QDialogButtonBox::Ok)));
-        QVERIFY(!widgets.contains(menu));
-        QVERIFY(!widgets.contains(about));
-        QCOMPARE(collected.value(0).second, 14);
-
-        collected.clear();
-        ViewManager::correctFonts(&root, 1.5, collected);
-        QCOMPARE(collected.value(0).second, 21); // 14 × 1.5, rounded
-    }
-
-    void fontPassAppliedToPagesAndDialog()
-    {
-        const QList<QLabel*> statusLabels = m_views->statusPage()->findChildren<QLabel*>();
-        QVERIFY(!statusLabels.isEmpty());
-        for (QLabel* label : statusLabels)
-            QCOMPARE(label->font().family(), QString("Montserrat"));
-        const QList<QWidget*> dialogWidgets = m_views->settingsDialog()->findChildren<QWidget*>();
-        QVERIFY(!dialogWidgets.isEmpty());
-        int kept = 0;
-        for (QWidget* widget : dialogWidgets) {
-            if (insideSkippedKind(widget)) {
-                // The about widget, button boxes and menus keep the fonts they were made with.
-                if (qobject_cast<QLabel*>(widget) && widget->font().pixelSize() != 13)
-                    ++kept;
-                continue;
-            }
-            QVERIFY2(widget->font().pixelSize() == 13,
-                     qPrintable(widget->metaObject()->className() + QString(" ") +
-                                widget->objectName()));
-            QCOMPARE(widget->font().family(), QString("Montserrat"));
-        }
-        QVERIFY(kept > 0);
-        // The tray menu keeps the font it was made with.
-        QVERIFY(m_views->window()->trayIcon().contextMenu()->font().family() != "Montserrat");
-        QCOMPARE(m_views->rescaleSize(14), 10.5);
-        QCOMPARE(m_views->rescaleSize(18), 13.5);
+        // An exit that went through asked the application to quit; until an exec() returns,
+        // every nested event loop of the next test would end at once.
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QCoreApplication::exec();
     }
 
     void chainGiveUpWarnsOrReportsTheKillSwitch()
     {
-        tavero::VpnManager& manager = m_fixture->manager();
-        ConnectionChain& chain = manager.connection();
+        ConnectionChain& chain = manager().connection();
         MessageBoxDriver driver;
-
         driver.clickOnNextBox("OK");
         emit chain.protocolsExpired();
         QCOMPARE(driver.seen().size(), 1);
-        QCOMPARE(driver.seen().at(0).icon, QMessageBox::Warning);
-        QCOMPARE(driver.seen().at(0).title, QString());
-        QCOMPARE(driver.seen().at(0).text,
-                 QString("warning.connection_problems_check_internet_connection"));
-        QVERIFY(!manager.isKillSwitchWasLastTime());
+        QCOMPARE(driver.seen().at(0).text, "warning.connection_problems_check_internet_connection");
+        QVERIFY(!manager().isKillSwitchWasLastTime());
 
-        manager.settings().setKillSwitch(true);
+        manager().settings().setKillSwitch(true);
         for (const char* expected :
              {"body.kill_switch_triggered", "body.kill_switch_triggered_second_time"}) {
             driver.clickOnNextBox("OK");
             emit chain.protocolsExpired();
-            QCOMPARE(driver.seen().last().icon, QMessageBox::Critical);
-            QCOMPARE(driver.seen().last().title, QString("title.kill_switch_triggered"));
             QCOMPARE(driver.seen().last().text, QString(expected));
-            QVERIFY(manager.isKillSwitchWasLastTime());
+            QVERIFY(manager().isKillSwitchWasLastTime());
         }
         // A verified tunnel (or another server) starts the count again.
         QVERIFY(m_fixture->connect());
-        QVERIFY(!manager.isKillSwitchWasLastTime());
-        manager.setKillSwitchFlag(true);
-        emit manager.vpnServers().serverWasChanged();
-        QVERIFY(!manager.isKillSwitchWasLastTime());
+        QVERIFY(!manager().isKillSwitchWasLastTime());
+        manager().setKillSwitchFlag(true);
+        emit manager().vpnServers().serverWasChanged();
+        QVERIFY(!manager().isKillSwitchWasLastTime());
         QVERIFY(driver.failures().isEmpty());
     }
 
@@ -159,15 +108,13 @@ private slots:
         tavero::test::TestPlatform& platform = m_fixture->platform();
         MessageBoxDriver driver;
         emit m_views->settingsDialog()->killSwitchChangState(0); // nothing switched off: no box
-        QVERIFY(driver.seen().isEmpty());
-
         QVERIFY(platform.turnOffInternet().isSuccess);
         emit m_views->settingsDialog()->killSwitchChangState(2); // switched on: no box
         QVERIFY(driver.seen().isEmpty());
+
         driver.clickOnNextBox("action.no");
         emit m_views->settingsDialog()->killSwitchChangState(0);
         QCOMPARE(driver.seen().size(), 1);
-        QCOMPARE(driver.seen().at(0).text, QString("body.do_we_need_enable_internet_interfaces"));
         QCOMPARE(platform.callCount("turnOnNetDevices"), 0);
         QVERIFY(platform.isNetworkOff());
 
@@ -177,23 +124,182 @@ private slots:
         QVERIFY(!platform.isNetworkOff());
     }
 
-    void dialogReturnsToThePreviousPage()
+    // Cancel keeps the client; confirmed while connected, refused disconnects are retried until
+    // one goes through, and further exit requests are ignored meanwhile.
+    void exitAsksAndRetriesTheDisconnect()
     {
-        m_views->goToStatus(true);
-        MainWindow* window = m_views->window();
-        QVERIFY(window->connectActionVisibility());
-        QWidget* seenCurrent = nullptr;
-        bool seenTrayEntry = true;
-        QTimer::singleShot(100, this, [&] {
-            seenCurrent = m_views->currentWidget();
-            seenTrayEntry = window->connectActionVisibility();
-            m_views->settingsDialog()->reject();
-        });
-        m_views->goToInformation();
-        QCOMPARE(seenCurrent, static_cast<QWidget*>(m_views->settingsDialog()));
-        QVERIFY(!seenTrayEntry);
-        QCOMPARE(m_views->currentWidget(), static_cast<QWidget*>(m_views->statusPage()));
-        QVERIFY(window->connectActionVisibility());
+        QVERIFY(m_fixture->connect());
+        window().onPreloadFinished();
+        MessageBoxDriver driver;
+        driver.clickOnNextBox("action.cancel");
+        window().close();
+        QCOMPARE(driver.seen().size(), 1);
+        QCOMPARE(driver.seen().at(0).text, "warning.vpn_is_connected_confirm_exit");
+        QVERIFY(!window().isExitFromProgramProcessing());
+
+        tavero::test::TestPlatform& platform = m_fixture->platform();
+        platform.clearCalls();
+        platform.queueResult("disconnect", OperationResult(QString("busy")));
+        platform.queueResult("disconnect", OperationResult(QString("busy")));
+        driver.clickOnNextBox("OK");
+        window().exitFromProgramm();
+        QCOMPARE(driver.seen().size(), 2);
+        QVERIFY(window().isExitFromProgramProcessing());
+        QVERIFY(!manager().isProgrammTermination());
+        window().exitFromProgramm();
+        QTRY_VERIFY(manager().isProgrammTermination());
+        QCOMPARE(platform.callCount("disconnect"), 3);
+        QCOMPARE(driver.seen().size(), 2);
+        QVERIFY(driver.failures().isEmpty());
+    }
+
+    // Nested waits keep the page disabled until the outermost restore; the page may change (a
+    // log-in that ends on the status page) or die meanwhile, and the one disabled at the start
+    // still comes back; destruction ends an open wait.
+    void waitCursorRestoresThePageItDisabled()
+    {
+        QWidget login;
+        QWidget status;
+        {
+            ViewManagerUtils utils;
+            utils.setParentForMessages(&login);
+            utils.showWaitCursor(true);
+            utils.showWaitCursor(true);
+            QVERIFY(!login.isEnabled());
+            QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+            utils.setParentForMessages(&status);
+            utils.restoreCursor();
+            QVERIFY(!login.isEnabled());
+            utils.restoreCursor();
+            QVERIFY(login.isEnabled() && status.isEnabled());
+            QVERIFY(!QApplication::overrideCursor());
+
+            auto dying = std::make_unique<QWidget>();
+            utils.setParentForMessages(dying.get());
+            utils.showWaitCursor(true);
+            dying.reset();
+            QVERIFY(!utils.parentForMessages());
+            utils.restoreCursor();
+            QCOMPARE(utils.waitCursorDepth(), 0);
+
+            utils.setParentForMessages(&status);
+            utils.showWaitCursor(true);
+            utils.showWaitCursor(false);
+        }
+        QVERIFY(status.isEnabled());
+        QVERIFY(!QApplication::overrideCursor());
+    }
+
+    void trayConnectEntryFollowsModeAndLanguage()
+    {
+        QMenu* menu = window().trayIcon().contextMenu();
+        emit menu->aboutToShow();
+        QCOMPARE(menuText(window(), 0), QString("action.connect"));
+
+        QVERIFY(m_fixture->connect());
+        QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
+        emit menu->aboutToShow();
+        QCOMPARE(menuText(window(), 0), QString("action.disconnect"));
+
+        MapTranslator german;
+        german.add("MainWindow", "action.disconnect", "Trennen")
+            .add("MainWindow", "action.connect", "Verbinden")
+            .add("MainWindow", "action.exit", "Beenden")
+            .add("QObject", "action.exit", "wrong context");
+        QCoreApplication::installTranslator(&german);
+        window().retranslateTrayMenu();
+        // Still connected: the entry must not fall back to its stored "connect" key.
+        QCOMPARE(menuText(window(), 0), QString("Trennen"));
+        QCOMPARE(menuText(window(), 5), QString("Beenden"));
+        QCOMPARE(menu->actions().at(5)->data().toString(), QString("action.exit"));
+
+        QVERIFY(manager().disconnect().isSuccess);
+        emit menu->aboutToShow();
+        QCOMPARE(menuText(window(), 0), QString("Verbinden"));
+        QCoreApplication::removeTranslator(&german);
+    }
+
+    void answers_data()
+    {
+        QTest::addColumn<Buttons>("buttons");
+        QTest::addColumn<QString>("click");
+        QTest::addColumn<QStringList>("shownButtons");
+        QTest::addColumn<Button>("expected");
+        // A default Yes or No means the button that replaces it.
+        QTest::addColumn<Button>("defaultButton");
+        QTest::addColumn<QString>("shownDefault");
+
+        const Buttons yesNo = QMessageBox::Yes | QMessageBox::No;
+        QTest::newRow("yes answers Ok, default yes")
+            << yesNo << "YES" << QStringList{"No", "YES"} << QMessageBox::Ok << QMessageBox::Yes
+            << "YES";
+        QTest::newRow("no answers Cancel, default no")
+            << yesNo << "No" << QStringList{"No", "YES"} << QMessageBox::Cancel << QMessageBox::No
+            << "No";
+        QTest::newRow("yes beside standard Cancel")
+            << (QMessageBox::Yes | QMessageBox::Cancel) << "Cancel" << QStringList{"Cancel", "YES"}
+            << QMessageBox::Cancel << QMessageBox::NoButton << QString();
+        QTest::newRow("standard Retry")
+            << (QMessageBox::Retry | QMessageBox::Abort) << "Retry" << QStringList{"Abort", "Retry"}
+            << QMessageBox::Retry << QMessageBox::NoButton << QString();
+    }
+
+    void answers()
+    {
+        QFETCH(Buttons, buttons);
+        QFETCH(QString, click);
+        QFETCH(QStringList, shownButtons);
+        QFETCH(Button, expected);
+        QFETCH(Button, defaultButton);
+
+        ViewManagerUtils utils;
+        MapTranslator texts;
+        texts.add("QObject", "action.yes", "YES").add("QObject", "action.no", "No");
+        QCoreApplication::installTranslator(&texts);
+        MessageBoxDriver driver;
+        driver.clickOnNextBox(click);
+        const Button answer = utils.question("Title", "Really?", buttons, defaultButton);
+        QCoreApplication::removeTranslator(&texts);
+        QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join('\n')));
+        QCOMPARE(answer, expected);
+
+        QCOMPARE(driver.seen().size(), 1);
+        QStringList seenButtons = driver.seen().first().buttons;
+        seenButtons.sort();
+        QCOMPARE(seenButtons, shownButtons);
+        QTEST(driver.seen().first().defaultButton, "shownDefault");
+    }
+
+    void pagesDriveTheWaitingPlate()
+    {
+        Gui::AbstractContentPage first;
+        Gui::AbstractContentPage second;
+        auto* plate = new Gui::WaitingPlate();
+        window().setWaitingPlate(plate);
+        QCOMPARE(plate->parentWidget(), &window());
+        QVERIFY(plate->isHidden());
+
+        window().setContent(&first);
+        window().setContent(&second);
+        window().setContent(&second); // connections stay unique
+        auto* stack = window().findChild<QStackedWidget*>("stackedWidget");
+        QVERIFY(stack);
+        QCOMPARE(stack->count(), 1);
+        QCOMPARE(stack->currentWidget(), &second);
+        QCOMPARE(second.palette().color(QPalette::Window), QColor(Qt::white));
+
+        QSignalSpy colour(&window(), &MainWindow::topCenterColorChanged);
+        window().show();
+        second.startWaiting();
+        QVERIFY(plate->isVisible());
+        QCOMPARE(colour.count(), 1);
+        window().resize(400, 600);
+        QCOMPARE(plate->size(), window().size());
+        second.stopWaiting();
+        QVERIFY(plate->isHidden());
+        QCOMPARE(colour.count(), 2);
+        window().setContent(nullptr);
+        QCOMPARE(stack->count(), 0);
     }
 };
 

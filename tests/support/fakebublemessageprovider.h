@@ -2,30 +2,23 @@
 
 #include "gui/shell/ibublemessageprovider.h"
 
-#include <QString>
-#include <QVector>
+#include <QStringList>
 
 namespace tavero::test {
 
-// Records every tray bubble instead of showing it.
+// Records the text of every tray bubble instead of showing it.
 class FakeBubleMessageProvider : public IBubleMessageProvider {
 public:
-    struct Bubble {
-        QString text;
-        QSystemTrayIcon::MessageIcon icon = QSystemTrayIcon::NoIcon;
-        int milliseconds = 0;
-    };
+    void showBubbleMessage(const QString& text, QSystemTrayIcon::MessageIcon, int) override
+    {
+        m_texts << text;
+    }
 
-    void showBubbleMessage(const QString& text, QSystemTrayIcon::MessageIcon icon,
-                           int milliseconds) override;
-
-    const QVector<Bubble>& bubbles() const { return m_bubbles; }
-    // Texts only, in order, for compact comparisons.
-    QStringList texts() const;
-    void clear() { m_bubbles.clear(); }
+    const QStringList& texts() const { return m_texts; }
+    void clear() { m_texts.clear(); }
 
 private:
-    QVector<Bubble> m_bubbles;
+    QStringList m_texts;
 };
 
 } // namespace tavero::test

@@ -2,70 +2,55 @@
 
 #include "gui/shell/iviewmanagerutils.h"
 
-#include <QVector>
+#include <QStringList>
 
 namespace tavero::test {
 
-// Records every message box instead of showing it; every box answers NoButton (as a box closed
-// without a choice). The wait cursor's nesting is only counted.
+// Records the text of every message box instead of showing it; every box answers NoButton (as a
+// box closed without a choice). The wait cursor's nesting is only counted.
 class FakeViewManagerUtils : public IViewManagerUtils {
 public:
-    enum class Kind { Information, Question, Warning, Critical };
-
-    struct Box {
-        Kind kind = Kind::Information;
-        QString title;
-        QString text;
-        QMessageBox::StandardButtons buttons;
-        QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
-    };
+    using Button = QMessageBox::StandardButton;
 
     QWidget* parentForMessages() const override { return m_parent; }
     void setParentForMessages(QWidget* widget) override { m_parent = widget; }
-
-    QMessageBox::StandardButton information(const QString& title, const QString& text,
-                                            QMessageBox::StandardButtons buttons,
-                                            QMessageBox::StandardButton defaultButton) override
+    Button information(const QString&, const QString& text, QMessageBox::StandardButtons,
+                       Button) override
     {
-        return record(Kind::Information, title, text, buttons, defaultButton);
+        return record(text);
     }
-    QMessageBox::StandardButton question(const QString& title, const QString& text,
-                                         QMessageBox::StandardButtons buttons,
-                                         QMessageBox::StandardButton defaultButton) override
+    Button question(const QString&, const QString& text, QMessageBox::StandardButtons,
+                    Button) override
     {
-        return record(Kind::Question, title, text, buttons, defaultButton);
+        return record(text);
     }
-    QMessageBox::StandardButton warning(const QString& title, const QString& text,
-                                        QMessageBox::StandardButtons buttons,
-                                        QMessageBox::StandardButton defaultButton) override
+    Button warning(const QString&, const QString& text, QMessageBox::StandardButtons,
+                   Button) override
     {
-        return record(Kind::Warning, title, text, buttons, defaultButton);
+        return record(text);
     }
-    QMessageBox::StandardButton critical(const QString& title, const QString& text,
-                                         QMessageBox::StandardButtons buttons,
-                                         QMessageBox::StandardButton defaultButton) override
+    Button critical(const QString&, const QString& text, QMessageBox::StandardButtons,
+                    Button) override
     {
-        return record(Kind::Critical, title, text, buttons, defaultButton);
+        return record(text);
     }
+    void showWaitCursor(bool) override { ++m_waitCursorDepth; }
+    void restoreCursor() override { m_waitCursorDepth = qMax(0, m_waitCursorDepth - 1); }
 
-    void showWaitCursor(bool disableCurrent) override;
-    void restoreCursor() override;
-
-    const QVector<Box>& boxes() const { return m_boxes; }
-    // Box texts only, in order.
-    QStringList texts() const;
-
+    // Box texts, in order.
+    const QStringList& texts() const { return m_texts; }
     int waitCursorDepth() const { return m_waitCursorDepth; }
-
-    void clear();
+    void clear() { m_texts.clear(); }
 
 private:
-    QMessageBox::StandardButton record(Kind kind, const QString& title, const QString& text,
-                                       QMessageBox::StandardButtons buttons,
-                                       QMessageBox::StandardButton defaultButton);
+    Button record(const QString& text)
+    {
+        m_texts << text;
+        return QMessageBox::NoButton;
+    }
 
     QWidget* m_parent = nullptr;
-    QVector<Box> m_boxes;
+    QStringList m_texts;
     int m_waitCursorDepth = 0;
 };
 

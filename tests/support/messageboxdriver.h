@@ -3,8 +3,8 @@
 #include <QMessageBox>
 #include <QObject>
 #include <QPointer>
-#include <QQueue>
 #include <QStringList>
+#include <QTimer>
 #include <QVector>
 
 namespace tavero::test {
@@ -13,8 +13,7 @@ namespace tavero::test {
 // the code that shows the boxes: from the event loop of each modal box, the driver finds the
 // active modal QMessageBox, records what it shows and clicks the button with that text
 // (mnemonic ampersands ignored). A box without such a button is recorded in failures() and
-// rejected, so a test never hangs on it. Boxes that do not appear within a few seconds are
-// recorded as failures as well.
+// rejected, so a test never hangs on it; so is a box that does not appear within 30 s.
 class MessageBoxDriver : public QObject {
     Q_OBJECT
 
@@ -25,31 +24,24 @@ public:
         QMessageBox::Icon icon = QMessageBox::NoIcon;
         QStringList buttons; // button texts without ampersands
         QString defaultButton;
-        QString clicked; // empty when the wanted button was missing
     };
 
     explicit MessageBoxDriver(QObject* parent = nullptr);
-    ~MessageBoxDriver() override;
 
     void clickOnNextBox(const QString& buttonText);
 
     const QVector<SeenBox>& seen() const { return m_seen; }
     const QStringList& failures() const { return m_failures; }
-    // Scripted clicks not yet used.
-    int pending() const { return m_clicks.size(); }
-
-    static QString plainText(const QString& buttonText);
 
 private:
-    void arm(int delayMs);
     void poll();
 
-    QQueue<QString> m_clicks;
+    QTimer m_timer;
+    QStringList m_clicks;
     QVector<SeenBox> m_seen;
     QStringList m_failures;
     QPointer<QMessageBox> m_lastBox;
     int m_attempts = 0;
-    bool m_armed = false;
 };
 
 } // namespace tavero::test

@@ -13,4 +13,11 @@ QByteArray pngBytes(const QImage& image)
     return bytes;
 }
 
+QByteArray pngBytes(const QColor& color, const QSize& size)
+{
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(color);
+    return pngBytes(image);
+}
+
 } // namespace tavero::test
