@@ -258,6 +258,77 @@ private slots:
         QVERIFY(!ServerApi::isKillswitchAllowed());
     }
 
+    // The tray's connect entry follows the page on screen: a log-out while the settings dialog is
+    // open (its own button, or the service revoking the token) leaves no live "Connect" behind
+    // the login page.
+    void logOutWhileSettingsOpenHidesTrayConnect_data()
+    {
+        QTest::addColumn<bool>("forced");
+        QTest::newRow("the dialog's log-out") << false;
+        QTest::newRow("revoked token while open") << true;
+    }
+    void logOutWhileSettingsOpenHidesTrayConnect()
+    {
+        QFETCH(bool, forced);
+        tavero::Settings().setToken(signIn());
+        UpdateDecliner decliner;
+        ProgramAssembly assembly(options());
+        QVERIFY(assembly.assemble(true));
+        ViewManager* views = assembly.viewManager();
+        MainWindow* window = views->window();
+        QVERIFY(window->connectActionVisibility());
+        SettingsDialog* dialog = views->settingsDialog();
+        QTimer::singleShot(0, dialog, [&] {
+            if (!forced) {
+                dialog->onLogout();
+                return;
+            }
+            m_service->expireTokens(true);
+            ServerApi::resetSharedCaches();
+            assembly.vpnManager()->getAPIService().receiveServerList();
+            // The checks after the dialog closes tell whether the page changed in time.
+            (void)QTest::qWaitFor([&] { return window->content() == views->loginPage(); });
+            dialog->reject();
+        });
+        views->goToSettings();
+        QCOMPARE(window->content(), views->loginPage());
+        QCOMPARE(views->currentWidget(), views->loginPage());
+        QVERIFY(!window->connectActionVisibility());
+        emit window->connectFromContextMenuClicked();
+        QCOMPARE(assembly.vpnManager()->connection().mode(), ConnectionChain::Disconnected);
+        QVERIFY(m_service->openTunnels().isEmpty());
+    }
+
+    // The tray's "Connect" while the page's own attempt runs changes nothing: no "Opening
+    // connection" box, and the waiting plate stays until that attempt ends.
+    void trayConnectDuringRunningConnect()
+    {
+        tavero::Settings().setToken(signIn());
+        UpdateDecliner decliner;
+        ProgramAssembly assembly(options());
+        QVERIFY(assembly.assemble(true));
+        MainWindow* window = assembly.viewManager()->window();
+        ConnectionChain& chain = assembly.vpnManager()->connection();
+        MessageBoxDriver driver;
+        driver.clickOnNextBox("OK"); // answers a wrong box instead of hanging on it
+        bool plateKept = false;
+        QObject context;
+        QObject::connect(&chain, &ConnectionChain::modeChanged, &context, [&] {
+            if (chain.mode() != ConnectionChain::Connecting)
+                return;
+            emit window->connectFromContextMenuClicked();
+            plateKept = !window->waitingPlate()->isHidden();
+        });
+        QTest::mouseClick(
+            assembly.viewManager()->statusPage()->findChild<QPushButton*>("pushButtonConnect"),
+            Qt::LeftButton);
+        QVERIFY(plateKept);
+        QVERIFY(driver.seen().isEmpty());
+        QCOMPARE(chain.mode(), ConnectionChain::Connected);
+        QCOMPARE(m_service->openTunnels().size(), 1);
+        QVERIFY(window->waitingPlate()->isHidden());
+    }
+
     // SIGTERM, SIGHUP (the terminal or the desktop session going away) and SIGINT end the client
     // as its own exit does, never underneath a running attempt: once it is over, the tunnel goes,
     // openvpn with it, and the event loop ends with success so the graph unwinds in order.

@@ -73,7 +73,7 @@ private slots:
         QVERIFY(shieldPixels(disconnected, false) > 300);
         QCOMPARE(shieldPixels(disconnected, true), 0);
         // The plate really lies over the page; the dialog without a change log is smaller.
-        QVERIFY(picture("waitingplate-plain-eng.png") != picture("waitingplate-waiting-eng.png"));
+        QVERIFY(picture("status-disconnected-eng.png") != picture("status-waiting-eng.png"));
         QVERIFY(picture("newversion-compact-eng.png").height() <
                 picture("newversion-changelog-eng.png").height());
     }

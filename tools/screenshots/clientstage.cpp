@@ -1,8 +1,6 @@
 #include "clientstage.h"
 
-#include "gui/shell/colors.h"
-#include "gui/shell/fontsizetable.h"
-#include "gui/shell/qttools.h"
+#include "gui/shell/viewmanager.h"
 #include "manager/vpnmanager.h"
 #include "platform/platformoverrides.h"
 #include "support/testenvironment.h"
@@ -24,6 +22,7 @@ struct Server {
     const char* name;
     int load;
     bool recommended;
+    bool longData = false; // only in the world of long texts
 };
 
 // A small world with every kind of load badge and one long server name.
@@ -32,26 +31,50 @@ const struct {
     const char* code;
     const char* name;
 } countries[] = {
-    {13, "de", "Germany"},       {19, "nl", "Netherlands"}, {3, "us", "United States"},
-    {9, "gb", "United Kingdom"}, {15, "fr", "France"},      {21, "se", "Sweden"},
-    {43, "es", "Spain"},         {73, "jp", "Japan"},       {97, "za", "South Africa"},
+    {13, "de", "Germany"},
+    {19, "nl", "Netherlands"},
+    {3, "us", "United States"},
+    {9, "gb", "United Kingdom"},
+    {15, "fr", "France"},
+    {21, "se", "Sweden"},
+    {43, "es", "Spain"},
+    {73, "jp", "Japan"},
+    {97, "za", "South Africa"},
+    // The development service's longest names, and a longer one than any it sends.
+    {33, "ch", "Switzerland"},
+    {85, "nz", "New Zealand"},
+    {103, "kr", "South Korea"},
+    {69, "lu", "Luxembourg"},
+    {180, "cd", "Democratic Republic of the Congo"},
 };
 
 const Server servers[] = {
-    {13, "de-frankfurt-01", 7, true},    {13, "de-frankfurt-02", 33, false},
-    {19, "nl-amsterdam-01", 25, false},  {19, "nl-amsterdam-02-premium-streaming", 18, true},
-    {3, "us-newyork-01", 51, false},     {3, "us-losangeles-02", 76, false},
-    {9, "gb-london-01", 26, false},      {15, "fr-paris-01", 50, false},
-    {21, "se-stockholm-01", 100, false}, {43, "es-madrid-01", 9, false},
-    {73, "jp-tokyo-01", 64, false},      {97, "za-johannesburg-01", 12, false},
+    {13, "de-frankfurt-01", 7, true},
+    {13, "de-frankfurt-02", 33, false},
+    {19, "nl-amsterdam-01", 25, false},
+    {19, "nl-amsterdam-02-premium-streaming", 18, true},
+    {3, "us-newyork-01", 51, false},
+    {3, "us-losangeles-02", 76, false},
+    {9, "gb-london-01", 26, false},
+    {15, "fr-paris-01", 50, false},
+    {21, "se-stockholm-01", 100, false},
+    {43, "es-madrid-01", 9, false},
+    {73, "jp-tokyo-01", 64, false},
+    {97, "za-johannesburg-01", 12, false},
+    {33, "ch-zurich-01", 100, true, true},
+    {85, "nz-auckland-01", 45, true, true},
+    {103, "kr-seoul-01", 100, false, true},
+    {69, "lu-luxembourg-01", 38, false, true},
+    {180, "cd-kinshasa-international-exchange-01", 100, true, true},
+    {180, "cd-kinshasa-international-exchange-02", 99, false, true},
 };
 
-ServerListGettingResult serverList(bool recommendedOnly)
+ServerListGettingResult serverList(bool recommendedOnly, bool longData)
 {
     ServerListGettingResult list;
     list.status = RequestResult::Ok;
     for (const Server& entry : servers) {
-        if (recommendedOnly && !entry.recommended)
+        if ((recommendedOnly && !entry.recommended) || (entry.longData && !longData))
             continue;
         VpnServerInformation server;
         server.countryId = entry.countryId;
@@ -99,19 +122,11 @@ tavero::ConnectionChain::Options quietChain()
     return options;
 }
 
-void collectFonts(QWidget* widget, QVector<QPair<QWidget*, int>>& sizes)
-{
-    sizes.append({widget, static_cast<int>(widget->font().pointSizeF() + 0.5)});
-    for (QObject* child : widget->children()) {
-        if (auto* childWidget = qobject_cast<QWidget*>(child))
-            collectFonts(childWidget, sizes);
-    }
-}
-
 } // namespace
 
-ClientStage::ClientStage()
+ClientStage::ClientStage(Data data)
     : m_api(QStringLiteral(TAVERO_FLAGS_DIR))
+    , m_data(data)
 {
     // Every picture starts from a fresh user: no server or option left by the previous one.
     test::TestEnvironment::clearSettings();
@@ -131,9 +146,11 @@ ClientStage::ClientStage()
     m_api.accountInfo.email = QStringLiteral("traveller@tavero.example");
     m_api.accountInfo.vpnUsername = QStringLiteral("vpn-user");
     m_api.accountInfo.vpnPassword = QStringLiteral("vpn-password");
-    m_api.serverList = serverList(false);
-    m_api.recommendedServerList = serverList(true);
-    m_api.ipResult = address("203.0.113.7", "de", false);
+    m_api.serverList = serverList(false, data == Data::Long);
+    m_api.recommendedServerList = serverList(true, data == Data::Long);
+    m_api.ipResult = data == Data::Long
+                         ? address("2001:0db8:85a3:0000:0000:8a2e:0370:7334", "nz", false)
+                         : address("203.0.113.7", "de", false);
 }
 
 ClientStage::~ClientStage()
@@ -153,8 +170,14 @@ bool ClientStage::enter(State state)
         return false;
     if (state == State::Disconnected)
         return true;
-    m_manager->vpnServers().setCurrServer(QStringLiteral("nl-amsterdam-02-premium-streaming"));
-    m_api.ipResult = address("198.51.100.23", "nl", true);
+    if (m_data == Data::Long) {
+        m_manager->vpnServers().setCurrServer(
+            QStringLiteral("cd-kinshasa-international-exchange-01"));
+        m_api.ipResult = address("2001:0db8:85a3:0000:0000:8a2e:0370:7334", "cd", true);
+    } else {
+        m_manager->vpnServers().setCurrServer(QStringLiteral("nl-amsterdam-02-premium-streaming"));
+        m_api.ipResult = address("198.51.100.23", "nl", true);
+    }
     return m_manager->connect().isSuccess &&
            m_manager->connection().mode() == tavero::ConnectionChain::Connected;
 }
@@ -162,22 +185,8 @@ bool ClientStage::enter(State state)
 void ClientStage::applyFontPass(QWidget* page)
 {
     QVector<QPair<QWidget*, int>> sizes;
-    collectFonts(page, sizes);
-    for (const auto& [widget, size] : qAsConst(sizes)) {
-        QFont font = widget->font();
-        font.setPointSize(static_cast<int>(FontSizeTable::rescaleSize(size)));
-        font.setFamily(QStringLiteral("Montserrat"));
-        widget->setFont(font);
-    }
-}
-
-void ClientStage::fitToWindow(QWidget* page)
-{
-    // As the main window places a page: white behind it, shrunk to its contents but never below
-    // 360 × 550 (adjustSize() would also cap it at two thirds of the offscreen screen).
-    QtTools::paintWidget(page, QColor(Colors::white));
-    page->setMinimumSize(360, 550);
-    page->resize(page->sizeHint().expandedTo(page->minimumSizeHint()).expandedTo(QSize(360, 550)));
+    ViewManager::correctFonts(page, 1.0, sizes);
+    ViewManager::applyPageFonts(sizes);
 }
 
 } // namespace tavero::screenshots

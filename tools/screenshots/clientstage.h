@@ -22,8 +22,10 @@ namespace tavero::screenshots {
 class ClientStage {
 public:
     enum class State { Disconnected, Connected };
+    // Long: an IPv6 address, the longest country names and full servers as well.
+    enum class Data { Usual, Long };
 
-    ClientStage();
+    explicit ClientStage(Data data = Data::Usual);
     ~ClientStage();
     ClientStage(const ClientStage&) = delete;
     ClientStage& operator=(const ClientStage&) = delete;
@@ -38,14 +40,13 @@ public:
     StatusController& statusController() { return *m_statusController; }
     ServerSelectionController& serverController() { return *m_serverController; }
 
-    // What the view manager does to every page once: designed point sizes become the sizes
-    // shown, in Montserrat.
+    // What the view manager does to the window and every page once: designed point sizes become
+    // the sizes shown, in Montserrat.
     static void applyFontPass(QWidget* page);
-    // The size the main window gives a page: its size hint, at least 360 × 550.
-    static void fitToWindow(QWidget* page);
 
 private:
     FlagFileServerApi m_api;
+    Data m_data;
     test::FakeViewManager m_viewManager;
     std::unique_ptr<tavero::VpnManager> m_manager;
     std::unique_ptr<LoginController> m_loginController;

@@ -30,7 +30,6 @@ std::unique_ptr<QWidget> makeLogin(const QString& state)
         email->setText(QStringLiteral("traveller@tavero.example"));
         return photographMessageBox([button] { button->click(); });
     }
-    ClientStage::fitToWindow(login.get());
     return std::make_unique<StagedPage>(std::move(stage), std::move(login));
 }
 

@@ -2,12 +2,11 @@
 // and language, for reviewing layouts and translations without running the client.
 
 #include "app/application.h"
+#include "gui/shell/viewmanager.h"
 #include "shotregistry.h"
 #include "shotrunner.h"
 
 #include <QCommandLineParser>
-#include <QDirIterator>
-#include <QFontDatabase>
 #include <QLoggingCategory>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -16,14 +15,6 @@ using tavero::screenshots::ShotRegistry;
 using tavero::screenshots::ShotRunner;
 
 namespace {
-
-// The client registers its Montserrat faces at start-up; do the same so the pictures use them.
-void registerEmbeddedFonts()
-{
-    QDirIterator fonts(QStringLiteral(":/fonts/Montserrat"), {QStringLiteral("*.ttf")});
-    while (fonts.hasNext())
-        QFontDatabase::addApplicationFont(fonts.next());
-}
 
 QStringList splitList(const QString& value)
 {
@@ -102,7 +93,8 @@ int main(int argc, char** argv)
         }
     }
 
-    registerEmbeddedFonts();
+    // The client's faces (only those it registers) and its application-wide sheet.
+    ViewManager::installLook();
     ShotRunner runner(parser.value(outOption));
     const bool ok = runner.run(pages, languages);
     for (const QString& path : runner.written())

@@ -1,17 +1,16 @@
 #include "clientstage.h"
 #include "gui/pages/serverselectionwidget.h"
-#include "gui/shell/colors.h"
-#include "gui/shell/qttools.h"
 #include "shotregistry.h"
 #include "stagedpage.h"
 
 namespace tavero::screenshots {
 namespace {
 
-// The page keeps whatever size the window has; this is the window's smallest.
+// The page keeps whatever size the window has: the size the status page gave it.
 std::unique_ptr<QWidget> makeServerSelection(const QString& state)
 {
-    auto stage = std::make_unique<ClientStage>();
+    auto stage = std::make_unique<ClientStage>(
+        state == QLatin1String("long") ? ClientStage::Data::Long : ClientStage::Data::Usual);
     if (!stage->enter(state == QLatin1String("connected") ? ClientStage::State::Connected
                                                           : ClientStage::State::Disconnected)) {
         return nullptr;
@@ -20,13 +19,12 @@ std::unique_ptr<QWidget> makeServerSelection(const QString& state)
         std::make_unique<Gui::ServerSelectionWidget>(stage->manager(), stage->serverController());
     ClientStage::applyFontPass(selection.get());
     selection->fillUp();
-    QtTools::paintWidget(selection.get(), QColor(Colors::white));
-    selection->resize(360, 550);
-    return std::make_unique<StagedPage>(std::move(stage), std::move(selection));
+    return std::make_unique<StagedPage>(std::move(stage), std::move(selection), 550);
 }
 
 const ShotRegistration registration(QStringLiteral("serverselection"),
-                                    {QStringLiteral("disconnected"), QStringLiteral("connected")},
+                                    {QStringLiteral("disconnected"), QStringLiteral("connected"),
+                                     QStringLiteral("long")},
                                     &makeServerSelection);
 
 } // namespace

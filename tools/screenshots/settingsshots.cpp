@@ -61,6 +61,10 @@ std::unique_ptr<QWidget> makeSettings(const QString& state)
     settings.setAutoLocation(true);
     settings.setKillSwitch(false);
     settings.setProtocolTypes(QFlags<ProtocolType>(protocols::allProtocols));
+    // The language list shows the language the picture is taken in, as in the client.
+    const int language = context->languages.getLanguageIndex(QLocale().language());
+    if (language >= 0)
+        settings.setSelectedLanguage(context->languages.getLanguageInfos().at(language).code);
 
     auto dialog =
         std::make_unique<SettingsDialog>(context->manager, context->controller, context->languages);

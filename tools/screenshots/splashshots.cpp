@@ -1,15 +1,16 @@
+#include "clientstage.h"
 #include "gui/pages/splashscreen.h"
 #include "shotregistry.h"
+#include "stagedpage.h"
 
 namespace tavero::screenshots {
 namespace {
 
-// At the size the main window gives the splash page.
 std::unique_ptr<QWidget> makeSplash(const QString&)
 {
     auto splash = std::make_unique<Gui::SplashScreen>();
-    splash->resize(360, 550);
-    return splash;
+    ClientStage::applyFontPass(splash.get());
+    return std::make_unique<StagedPage>(std::make_unique<ClientStage>(), std::move(splash));
 }
 
 const ShotRegistration registration(QStringLiteral("splash"), {QStringLiteral("default")},

@@ -1,20 +1,35 @@
 #include "stagedpage.h"
 
-#include <QVBoxLayout>
+#include "gui/pages/abstractcontentpage.h"
+#include "gui/pages/waitingplate.h"
 
 namespace tavero::screenshots {
 
-StagedPage::StagedPage(std::unique_ptr<ClientStage> stage, std::unique_ptr<QWidget> page)
-    : m_stage(std::move(stage))
+namespace {
+constexpr int pageWidth = 360;
+constexpr int pageHeight = 550;
+} // namespace
+
+StagedPage::StagedPage(std::unique_ptr<ClientStage> stage,
+                       std::unique_ptr<Gui::AbstractContentPage> page, int fixedHeight)
+    : StageHolder{std::move(stage)}
+    , MainWindow(StageHolder::stage->manager())
     , m_page(std::move(page))
 {
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_page.get());
-    resize(m_page->size());
+    ClientStage::applyFontPass(this);
+    setWaitingPlate(new Gui::WaitingPlate());
+    setContent(m_page.get());
+    setMinimumSize(pageWidth, pageHeight);
+    if (fixedHeight > 0)
+        resize(pageWidth, fixedHeight);
+    else
+        adjustSize();
 }
 
-// Members go in reverse order: the page before the stage it holds references into.
-StagedPage::~StagedPage() = default;
+StagedPage::~StagedPage()
+{
+    setContent(nullptr);
+    m_page.reset();
+}
 
 } // namespace tavero::screenshots

@@ -1,25 +1,36 @@
 #pragma once
 
 #include "clientstage.h"
+#include "gui/shell/mainwindow.h"
 
-#include <QWidget>
 #include <memory>
+
+namespace Gui {
+class AbstractContentPage;
+}
 
 namespace tavero::screenshots {
 
-// Hosts a page together with the stage it talks to, so the photographed widget owns both; the
-// page goes first when the host is destroyed. The host takes the page's size.
-class StagedPage : public QWidget {
+// Keeps the stage alive from before the window is built until after it is gone.
+struct StageHolder {
+    std::unique_ptr<ClientStage> stage;
+};
+
+// A page inside the client's real main window (its style sheet, its font pass, its size rules),
+// together with the stage the page talks to. The page goes first, then the window, then the stage.
+class StagedPage : private StageHolder, public MainWindow {
 public:
-    StagedPage(std::unique_ptr<ClientStage> stage, std::unique_ptr<QWidget> page);
+    // `fixedHeight` 0: the window takes the page's size hint, at least 360 × 550, as the client
+    // does for every page but the server list, which keeps the window's size.
+    StagedPage(std::unique_ptr<ClientStage> stage, std::unique_ptr<Gui::AbstractContentPage> page,
+               int fixedHeight = 0);
     ~StagedPage() override;
 
-    QWidget* page() const { return m_page.get(); }
-    ClientStage& stage() { return *m_stage; }
+    Gui::AbstractContentPage* page() const { return m_page.get(); }
+    ClientStage& clientStage() { return *stage; }
 
 private:
-    std::unique_ptr<ClientStage> m_stage;
-    std::unique_ptr<QWidget> m_page;
+    std::unique_ptr<Gui::AbstractContentPage> m_page;
 };
 
 } // namespace tavero::screenshots

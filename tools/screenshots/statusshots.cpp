@@ -13,10 +13,12 @@ namespace {
 
 std::unique_ptr<QWidget> makeStatus(const QString& state)
 {
-    auto stage = std::make_unique<ClientStage>();
-    const bool connected = state == QLatin1String("connected") ||
-                           state == QLatin1String("connected-hover") ||
-                           state == QLatin1String("protocol-question");
+    const bool longData = state.startsWith(QLatin1String("long-"));
+    auto stage = std::make_unique<ClientStage>(longData ? ClientStage::Data::Long
+                                                        : ClientStage::Data::Usual);
+    const bool connected =
+        state == QLatin1String("connected") || state == QLatin1String("connected-hover") ||
+        state == QLatin1String("protocol-question") || state == QLatin1String("long-connected");
     if (!stage->enter(connected ? ClientStage::State::Connected
                                 : ClientStage::State::Disconnected)) {
         return nullptr;
@@ -50,17 +52,19 @@ std::unique_ptr<QWidget> makeStatus(const QString& state)
     } else if (state == QLatin1String("protocol-question")) {
         return photographMessageBox([page] { page->onSettedNewProtocol(); });
     }
-    ClientStage::fitToWindow(page);
-    return std::make_unique<StagedPage>(std::move(stage), std::move(status));
+    auto window = std::make_unique<StagedPage>(std::move(stage), std::move(status));
+    if (state == QLatin1String("waiting"))
+        window->showWaitingPlate();
+    return window;
 }
 
-const ShotRegistration registration(QStringLiteral("status"),
-                                    {QStringLiteral("disconnected"), QStringLiteral("connected"),
-                                     QStringLiteral("connected-hover"),
-                                     QStringLiteral("killswitch"), QStringLiteral("no-servers"),
-                                     QStringLiteral("rdp-question"),
-                                     QStringLiteral("protocol-question")},
-                                    &makeStatus);
+const ShotRegistration registration(
+    QStringLiteral("status"),
+    {QStringLiteral("disconnected"), QStringLiteral("connected"), QStringLiteral("connected-hover"),
+     QStringLiteral("killswitch"), QStringLiteral("no-servers"), QStringLiteral("rdp-question"),
+     QStringLiteral("protocol-question"), QStringLiteral("long-disconnected"),
+     QStringLiteral("long-connected"), QStringLiteral("waiting")},
+    &makeStatus);
 
 } // namespace
 } // namespace tavero::screenshots

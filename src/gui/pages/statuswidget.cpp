@@ -35,17 +35,33 @@ const char* const disconnectStyle =
     "QPushButton {background: #FB1B43;border-radius: 28px;font-weight: %1;font-size: "
     "18px;font-family: Montserrat;}QPushButton:hover {background: #FF5573;}";
 
+// %1: the address's pixel size, 24 unless a long address (IPv6) needs less to fit the row.
 const char* const ipUnderlinedStyle =
     "QPushButton {color: rgb(39, 60, 79);background-color: transparent;font-family: "
-    "Montserrat;font-style: normal;font-weight: 500;font-size: 24px;line-height: 29px;text-align: "
+    "Montserrat;font-style: normal;font-weight: 500;font-size: %1px;line-height: 29px;text-align: "
     "center;text-decoration: underline;}QPushButton: disabled {color: rgb(39, 60, 79);}";
 const char* const ipPlainStyle =
     "QPushButton {color: rgb(39, 60, 79);background-color: transparent;font-family: "
-    "Montserrat;font-style: normal;font-weight: 500;font-size: 24px;line-height: 29px;text-align: "
+    "Montserrat;font-style: normal;font-weight: 500;font-size: %1px;line-height: 29px;text-align: "
     "center;}QPushButton: disabled {color: rgb(39, 60, 79);}";
+constexpr int ipPixelSize = 24;
+constexpr int ipSmallestPixelSize = 14;
+// What a flat push button keeps around its text.
+constexpr int ipButtonTextMargin = 12;
 
-const char* const protectedBadgeStyle = "QWidget {color: #91C51B;border-radius: 2px;}";
-const char* const unprotectedBadgeStyle = "QWidget {color: #FB1B43;border-radius: 2px;}";
+// The main window's sheet makes every border transparent; the frame names its colour itself.
+const char* const protectedBadgeStyle = "QWidget {color: #91C51B;border-radius: 2px;} "
+                                        "#isProtectedBackground {border: 1px solid #91C51B;}";
+const char* const unprotectedBadgeStyle = "QWidget {color: #FB1B43;border-radius: 2px;} "
+                                          "#isProtectedBackground {border: 1px solid #FB1B43;}";
+
+QFont mediumFont(QFont font, int pixels)
+{
+    font.setFamily(QStringLiteral("Montserrat"));
+    font.setWeight(QFont::Medium);
+    font.setPixelSize(pixels);
+    return font;
+}
 
 constexpr int protocolChangedBubbleMs = 10000;
 constexpr int chainProblemBubbleMs = 60000;
@@ -101,6 +117,7 @@ StatusWidget::StatusWidget(tavero::VpnManager& manager, StatusController& status
     m_ui->pushButtonChangeServer->setGraphicsEffect(shadow);
 
     m_ui->contentWidget->hide();
+    m_ui->contentWidget->installEventFilter(this);
     m_ui->progressWidget->hide();
     m_ui->iconGuarded->hide();
 
@@ -226,11 +243,12 @@ void StatusWidget::showState()
     m_ui->labelYourIp->show();
 
     if (chain.isKillswitched()) {
-        m_ui->pushButtonIp->setText(tr("warning.killswitch_triggered"));
+        m_ipText = tr("warning.killswitch_triggered");
         m_ui->labelYourIp->hide();
     } else {
-        m_ui->pushButtonIp->setText(m_manager.ipAdress());
+        m_ipText = m_manager.ipAdress();
     }
+    fitIpLine();
     showCountryName();
 
     if (noServers) {
@@ -248,7 +266,60 @@ void StatusWidget::showState()
 
 void StatusWidget::showCountryName()
 {
-    m_ui->labelCountryName->setText(m_manager.getCountryName());
+    m_countryName = m_manager.getCountryName();
+    fitCountryName();
+}
+
+int StatusWidget::contentRowWidth() const
+{
+    const QMargins margins = m_ui->contentLayout->contentsMargins();
+    return m_ui->contentWidget->width() - margins.left() - margins.right();
+}
+
+void StatusWidget::fitCountryName()
+{
+    QLabel* label = m_ui->labelCountryName;
+    const QString shown = QFontMetrics(mediumFont(label->font(), 18))
+                              .elidedText(m_countryName, Qt::ElideRight, contentRowWidth());
+    label->setText(shown);
+    label->setToolTip(shown == m_countryName ? QString() : m_countryName);
+}
+
+void StatusWidget::fitIpLine()
+{
+    // The row holds "Your IP:", the address and the switch icon; an IPv6 address first gets a
+    // smaller font, then loses its middle.
+    int available = contentRowWidth() - ipButtonTextMargin;
+    const int spacing = m_ui->ipLayout->spacing();
+    if (!m_ui->labelYourIp->isHidden())
+        available -= m_ui->labelYourIp->sizeHint().width() + spacing;
+    if (!m_ui->pushButtonNextServer->isHidden())
+        available -= m_ui->pushButtonNextServer->width() + spacing;
+    int pixels = ipPixelSize;
+    while (pixels > ipSmallestPixelSize &&
+           QFontMetrics(mediumFont(font(), pixels)).horizontalAdvance(m_ipText) > available)
+        --pixels;
+    const QString shown =
+        QFontMetrics(mediumFont(font(), pixels)).elidedText(m_ipText, Qt::ElideMiddle, available);
+    m_ipPixelSize = pixels;
+    m_ui->pushButtonIp->setText(shown);
+    m_ui->pushButtonIp->setToolTip(shown == m_ipText ? QString() : m_ipText);
+    applyIpStyle();
+}
+
+void StatusWidget::applyIpStyle()
+{
+    m_ui->pushButtonIp->setStyleSheet(
+        QString::fromLatin1(m_ipUnderlined ? ipUnderlinedStyle : ipPlainStyle).arg(m_ipPixelSize));
+}
+
+bool StatusWidget::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_ui->contentWidget && event->type() == QEvent::Resize) {
+        fitIpLine();
+        fitCountryName();
+    }
+    return AbstractContentPage::eventFilter(watched, event);
 }
 
 bool StatusWidget::showFlag(const std::function<void(const QPixmap&)>& show, FlagPictureSize size,
@@ -354,7 +425,8 @@ void StatusWidget::onIpButtonHoverEntered()
 {
     qDebug() << "onIpButtonHoverEntered";
     if (isIconOn() && m_serverController.isMultiserverCountry()) {
-        m_ui->pushButtonIp->setStyleSheet(QLatin1String(ipUnderlinedStyle));
+        m_ipUnderlined = true;
+        applyIpStyle();
         m_ui->pushButtonNextServer->setEnabled(true);
     }
 }
@@ -365,7 +437,8 @@ void StatusWidget::onIpButtonHoverLeaved()
     QFont ipFont = m_ui->pushButtonIp->font();
     ipFont.setUnderline(false);
     m_ui->pushButtonIp->setFont(ipFont);
-    m_ui->pushButtonIp->setStyleSheet(QLatin1String(ipPlainStyle));
+    m_ipUnderlined = false;
+    applyIpStyle();
     m_ui->pushButtonNextServer->setEnabled(false);
 }
 

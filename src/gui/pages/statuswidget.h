@@ -79,8 +79,17 @@ private slots:
     void connectClick();
     void disconnectClick();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void applyButtonStyles();
+    // Long addresses and country names are fitted to the page's width (smaller, then elided,
+    // the whole text in the tool tip) whenever the text or the width changes.
+    int contentRowWidth() const;
+    void fitIpLine();
+    void fitCountryName();
+    void applyIpStyle();
     void showBubble(const QString& text, int milliseconds);
 
     tavero::VpnManager& m_manager;
@@ -90,6 +99,10 @@ private:
     IBubleMessageProvider& m_bubbles;
     bool m_changeServerClickRunning = false;
     bool m_nextServerClickRunning = false;
+    QString m_ipText;
+    QString m_countryName;
+    int m_ipPixelSize = 24;
+    bool m_ipUnderlined = false;
     tavero::ConnectionChain::Mode m_lastMode = tavero::ConnectionChain::Disconnected;
 };
 

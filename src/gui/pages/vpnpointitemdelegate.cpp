@@ -5,6 +5,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>
+#include <QTextCursor>
 #include <QTextDocument>
 #include <QTreeWidget>
 
@@ -38,15 +39,10 @@ QColor VpnPointItemDelegate::percentageColor(int value)
     return QColor(Colors::loadHigh);
 }
 
-int VpnPointItemDelegate::percentageTextNudge(int value)
+QColor VpnPointItemDelegate::percentageTextColor(int value)
 {
-    if (value < 10)
-        return 1;
-    if (value <= 99)
-        return 0;
-    if (value == 100)
-        return -5;
-    return -1;
+    // White on the yellow badge is barely legible; the dark text colour of the pages is not.
+    return QColor(value > 25 && value <= 50 ? Colors::loginText : Colors::white);
 }
 
 int VpnPointItemDelegate::percentageBadgeHeight() const
@@ -59,14 +55,6 @@ QRect VpnPointItemDelegate::percentageBadgeRect(const QRect& rect) const
     const int height = percentageBadgeHeight();
     return {rect.left() + 1, rect.top() + (rowHeight() - height) / 2,
             m_provider->thirdColumnWidth() + 2, height};
-}
-
-QPoint VpnPointItemDelegate::percentageTextOrigin(const QRect& rect, int value) const
-{
-    const int x = rect.left() + m_provider->percentageMargin() + percentageTextNudge(value);
-    const int baseline = rect.top() + (rowHeight() - percentageBadgeHeight()) / 2 +
-                         QFontMetrics(m_provider->percentageFont()).ascent() + 6;
-    return {x, baseline};
 }
 
 void VpnPointItemDelegate::drawDisplay(QPainter* painter, const QStyleOptionViewItem& option,
@@ -99,6 +87,7 @@ void VpnPointItemDelegate::drawSimpleText(QPainter* painter, const QRect& rect,
     int x = rect.left() + 2;
     if (text.contains(tr("label.server")))
         x += serverCountIndent;
+    elideToWidth(document, rect.right() - x);
     const int y = rect.top() + (rect.height() - QFontMetrics(painter->font()).height()) / 2;
 
     QAbstractTextDocumentLayout::PaintContext context;
@@ -108,6 +97,20 @@ void VpnPointItemDelegate::drawSimpleText(QPainter* painter, const QRect& rect,
     painter->translate(x, y);
     document.documentLayout()->draw(painter, context);
     painter->restore();
+}
+
+void VpnPointItemDelegate::elideToWidth(QTextDocument& document, int width)
+{
+    // Cut whole characters off the end, keeping the span's format, until the text and an
+    // ellipsis fit: a long country name must not end mid-word at the badge's edge.
+    if (width <= 0 || document.idealWidth() <= width)
+        return;
+    QTextCursor cursor(&document);
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(QString(QChar(0x2026)));
+    cursor.movePosition(QTextCursor::Left);
+    while (document.idealWidth() > width && cursor.position() > 0)
+        cursor.deletePreviousChar();
 }
 
 void VpnPointItemDelegate::drawPercentage(QPainter* painter, const QRect& rect,
@@ -129,8 +132,8 @@ void VpnPointItemDelegate::drawPercentage(QPainter* painter, const QRect& rect,
     font.setFamily(QStringLiteral("Montserrat"));
     font.setPixelSize(badgeTextPixelSize);
     painter->setFont(font);
-    painter->setPen(QColor(Colors::white));
+    painter->setPen(percentageTextColor(value));
     painter->setBrush(Qt::NoBrush);
-    painter->drawText(percentageTextOrigin(rect, value), text);
+    painter->drawText(percentageBadgeRect(rect), Qt::AlignCenter, text);
     painter->restore();
 }

@@ -4,10 +4,12 @@
 #include <QItemDelegate>
 
 class IVpnThirdColumnProvider;
+class QTextDocument;
 class QTreeWidget;
 
 // Paints the cells of the server list: rows 40 pixels high, rich-text cells (section titles and
-// country names are HTML spans) and load texts ("37%") as coloured capsules.
+// country names are HTML spans, elided to their cell) and load texts ("37%") centred in coloured
+// capsules.
 class VpnPointItemDelegate : public QItemDelegate {
     Q_OBJECT
 
@@ -22,13 +24,10 @@ public:
 
     // The badge colour for a load of `value` per cent: green up to 25, yellow up to 50, red above.
     static QColor percentageColor(int value);
-    // How far the badge text moves right of the margin, so one-, two- and three-digit loads sit
-    // centred in the same capsule.
-    static int percentageTextNudge(int value);
+    // The badge text's colour: dark on the yellow capsule, white on the others.
+    static QColor percentageTextColor(int value);
     // The capsule's rectangle inside a cell whose rectangle is `rect`.
     QRect percentageBadgeRect(const QRect& rect) const;
-    // Where the badge text starts inside `rect` for a load of `value` per cent (left, baseline).
-    QPoint percentageTextOrigin(const QRect& rect, int value) const;
 
 protected:
     // A text ending in "%" is a load badge; anything else is rich text.
@@ -39,6 +38,7 @@ private:
     void drawSimpleText(QPainter* painter, const QRect& rect, const QString& text) const;
     void drawPercentage(QPainter* painter, const QRect& rect, const QString& text) const;
     int percentageBadgeHeight() const;
+    static void elideToWidth(QTextDocument& document, int width);
 
     QTreeWidget* m_tree;
     IVpnThirdColumnProvider* m_provider;

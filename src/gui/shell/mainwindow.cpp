@@ -128,6 +128,11 @@ void MainWindow::retranslateTrayMenu()
     updateConnectEntryText();
 }
 
+QWidget* MainWindow::content() const
+{
+    return m_ui ? m_ui->stackedWidget->currentWidget() : nullptr;
+}
+
 void MainWindow::setContent(Gui::AbstractContentPage* page)
 {
     while (m_ui && m_ui->stackedWidget->count() > 0)

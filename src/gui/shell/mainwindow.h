@@ -41,6 +41,8 @@ public:
     // Takes ownership of the plate; it covers the whole window while shown.
     void setWaitingPlate(Gui::WaitingPlate* plate);
     Gui::WaitingPlate* waitingPlate() const { return m_waitingPlate; }
+    // The page the window shows; null before the first one.
+    QWidget* content() const;
 
     void showBubbleMessage(const QString& text, QSystemTrayIcon::MessageIcon icon,
                            int milliseconds) override;

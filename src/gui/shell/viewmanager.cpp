@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QDebug>
 #include <QDialogButtonBox>
+#include <QFile>
 #include <QFontDatabase>
 #include <QMenu>
 
@@ -55,7 +56,7 @@ ViewManager::ViewManager(tavero::VpnManager& manager, tavero::LanguageMaster& la
     , m_mainWindow(std::make_unique<MainWindow>(manager))
     , m_fontSizes(FontSizeTable::sizes())
 {
-    registerFonts();
+    installLook();
     translateKillSwitchTexts();
     connect(m_mainWindow.get(), &MainWindow::closeButtonClicked, this,
             &ViewManager::onCloseButtonClicked);
@@ -81,12 +82,15 @@ ViewManager::~ViewManager()
     m_injector.reset();
 }
 
-void ViewManager::registerFonts()
+void ViewManager::installLook()
 {
     for (const char* file : fontFiles) {
         if (QFontDatabase::addApplicationFont(QString::fromLatin1(file)) < 0)
             qWarning() << "Could not register font" << file;
     }
+    QFile sheet(QStringLiteral(":/style/dialogs.qss"));
+    if (qApp && sheet.open(QIODevice::ReadOnly))
+        qApp->setStyleSheet(QString::fromUtf8(sheet.readAll()));
 }
 
 void ViewManager::translateKillSwitchTexts()
@@ -241,7 +245,6 @@ void ViewManager::goToInformation()
 
 void ViewManager::runSettingsDialog(bool informationTab)
 {
-    QWidget* previous = currentWidget();
     m_settingsDialog->fillUp();
     if (informationTab)
         m_settingsDialog->selectInformationTab();
@@ -249,7 +252,9 @@ void ViewManager::runSettingsDialog(bool informationTab)
         m_settingsDialog->selectSettingsTab();
     setCurrentWidget(m_settingsDialog.get());
     m_settingsDialog->exec();
-    setCurrentWidget(previous);
+    // A log-out from the dialog, or one forced by the service while it was open, put another page
+    // in the window: the tray entries and the boxes' parent follow the page really shown.
+    setCurrentWidget(m_mainWindow->content());
 }
 
 void ViewManager::show()
@@ -288,7 +293,10 @@ void ViewManager::onCloseButtonClicked()
 
 void ViewManager::onConnectFromContextMenu()
 {
-    if (!m_statusPage || !m_statusPage->isEnabled())
+    // Only from a page that offers it (never behind the login page), and never into an attempt
+    // or teardown already running: that one keeps its waiting plate and reports by itself.
+    if (!m_statusPage || !m_statusPage->isEnabled() || !m_mainWindow->connectActionVisibility() ||
+        m_manager.connection().isBusy())
         return;
     m_mainWindow->showWaitingPlate();
     StatusController& status = m_injector->statusController();
@@ -377,16 +385,27 @@ void ViewManager::correctFonts()
     QVector<QPair<QWidget*, int>> dialog;
     correctFonts(m_settingsDialog.get(), m_fontScaleFactor, dialog);
 
-    for (const auto& entry : qAsConst(pages)) {
+    applyPageFonts(pages);
+    applyDialogFonts(dialog);
+}
+
+void ViewManager::applyPageFonts(const QVector<QPair<QWidget*, int>>& widgets)
+{
+    const QMap<int, double> sizes = FontSizeTable::sizes();
+    for (const auto& entry : widgets) {
         QFont font = entry.first->font();
         // A size the layouts were not designed with (a font given in pixels reads as -1) keeps
         // its size rather than shrinking to one point.
-        if (m_fontSizes.contains(entry.second))
-            font.setPointSize(static_cast<int>(rescaleSize(entry.second)));
+        if (sizes.contains(entry.second))
+            font.setPointSize(static_cast<int>(FontSizeTable::rescaleSize(sizes, entry.second)));
         font.setFamily(montserrat);
         entry.first->setFont(font);
     }
-    for (const auto& entry : qAsConst(dialog)) {
+}
+
+void ViewManager::applyDialogFonts(const QVector<QPair<QWidget*, int>>& widgets)
+{
+    for (const auto& entry : widgets) {
         QFont font = entry.first->font();
         font.setPixelSize(settingsDialogPixelSize);
         font.setFamily(montserrat);

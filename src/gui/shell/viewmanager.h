@@ -71,6 +71,13 @@ public:
     // rounded; the about widget, dialog button boxes and menus are skipped with their contents.
     static void correctFonts(QWidget* widget, double factor, QVector<QPair<QWidget*, int>>& out);
     double rescaleSize(int size) const;
+    // Sets collected pages' widgets to their shown point size (sizes the layouts were not
+    // designed with stay) in Montserrat; a dialog's widgets to 13 pixels in Montserrat.
+    static void applyPageFonts(const QVector<QPair<QWidget*, int>>& widgets);
+    static void applyDialogFonts(const QVector<QPair<QWidget*, int>>& widgets);
+    // The client's Montserrat faces and its application-wide sheet (dialogs, message boxes,
+    // scroll and progress bars follow the main window); the constructor installs both.
+    static void installLook();
 
     // The title of the kill-switch box, in the current language.
     QString killSwitchTitle() const { return m_killSwitchTitle; }
@@ -80,7 +87,6 @@ private:
     void setWindowSize(int width, int height);
     void runSettingsDialog(bool informationTab);
     void translateKillSwitchTexts();
-    void registerFonts();
     void connectPages();
 
     void onCloseButtonClicked();
