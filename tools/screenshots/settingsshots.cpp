@@ -3,6 +3,7 @@
 #include "gui/pages/settingsdialog.h"
 #include "gui/shell/iviewmanager.h"
 #include "gui/shell/settingscontroller.h"
+#include "gui/shell/viewmanager.h"
 #include "gui/shell/viewmanagerutils.h"
 #include "manager/vpnmanager.h"
 #include "shotregistry.h"
@@ -69,6 +70,10 @@ std::unique_ptr<QWidget> makeSettings(const QString& state)
     auto dialog =
         std::make_unique<SettingsDialog>(context->manager, context->controller, context->languages);
     context.release()->setParent(dialog.get());
+    // The view manager's font pass for the dialog: 13 pixels of Montserrat everywhere.
+    QVector<QPair<QWidget*, int>> widgets;
+    ViewManager::correctFonts(dialog.get(), 1.0, widgets);
+    ViewManager::applyDialogFonts(widgets);
     dialog->fillUp();
     if (state == QLatin1String("about"))
         dialog->selectInformationTab();
