@@ -81,17 +81,14 @@ private slots:
                        qAbs(c.blue() - wanted.blue()) <
                    60;
         };
-        int run = 0;
-        int longestRun = 0;
-        for (int y = 35; y < 80; ++y) {
-            for (int x = 100; x < 300; ++x) {
-                run = near(disconnected.pixelColor(x, y), QColor(0xFB1B43)) ? run + 1 : 0;
-                longestRun = qMax(longestRun, run);
-            }
-        }
+        int run = 0, longestRun = 0;
+        for (int y = 35; y < 80; ++y)
+            for (int x = 100; x < 300; ++x)
+                longestRun =
+                    qMax(longestRun,
+                         run = near(disconnected.pixelColor(x, y), QColor(0xFB1B43)) ? run + 1 : 0);
         QVERIFY2(longestRun > 40, qPrintable(QString::number(longestRun)));
-        // An IPv6 address is drawn smaller than an IPv4 one, so that it fits the row: the
-        // lowest band of dark rows under the flag is the address.
+        // An IPv6 address is drawn smaller than an IPv4 one to fit (the lowest dark band).
         const auto addressHeight = [](const QImage& page) {
             int bottom = -1;
             for (int y = 340; y > 100; --y) {
@@ -116,8 +113,7 @@ private slots:
                 if (near(list.pixelColor(x, y), QColor(0xFFDA44)))
                     badge |= QRect(x, y, 1, 1);
         QVERIFY(!badge.isNull());
-        int dark = 0;
-        qint64 sumX = 0;
+        int dark = 0, sumX = 0;
         for (int y = badge.top(); y <= badge.bottom(); ++y)
             for (int x = badge.left(); x <= badge.right(); ++x)
                 if (list.pixelColor(x, y).lightness() < 100) {
