@@ -26,7 +26,7 @@ ConnectionChain::ConnectionChain(IServerApi& api, IPlatform& platform, ISettings
     , m_platform(platform)
     , m_settings(settings)
     , m_killSwitcher(killSwitcher)
-    , m_ovpn(api, options.openVpnDirectory, options.openVpnLimits)
+    , m_ovpn(api, options.openVpnDirectory, options.openVpnLimits, &platform)
     , m_ovpnTcp(m_ovpn)
     , m_ovpnUdp(m_ovpn)
     , m_l2tp(platform)

@@ -6,6 +6,7 @@
 #include "connection/ovpninputcheck.h"
 #include "connection/ovpnprocess.h"
 #include "connection/runtimedirectory.h"
+#include "platform/iplatform.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -64,10 +65,12 @@ milliseconds elapsedOf(const QElapsedTimer& timer)
 
 } // namespace
 
-OvpnConnection::OvpnConnection(IServerApi& api, QString programDirectory, Limits limits)
+OvpnConnection::OvpnConnection(IServerApi& api, QString programDirectory, Limits limits,
+                               IPlatform* platform)
     : m_api(api)
     , m_programDirectory(std::move(programDirectory))
     , m_limits(limits)
+    , m_platform(platform)
     , m_entryPrefix(RuntimeDirectory::ownerTag() + QLatin1Char('-') +
                     QString::number(nextDriverNumber++))
 {}
@@ -78,6 +81,8 @@ OvpnConnection::~OvpnConnection()
     supersede();
     deleteConfigFile();
     stopProcess(false);
+    if (m_platform)
+        m_platform->releaseTunnelNetwork();
 }
 
 OperationResult OvpnConnection::connectUdp(const VpnServerInformation& server)
@@ -159,13 +164,18 @@ OperationResult OvpnConnection::connect(const QString& configText, const QString
         // its business now (the superseding call stopped ours and removed our file).
         return result;
     }
+    OperationResult outcome = result;
+    if (outcome.isSuccess)
+        outcome = applyTunnelNetwork();
     deleteConfigFile();
-    if (!result.isSuccess) {
+    if (!outcome.isSuccess) {
         // A failed attempt must not leave an openvpn behind that nobody will stop: the chain
         // forgets a protocol that failed.
         stopProcess(true);
+        if (m_platform)
+            m_platform->releaseTunnelNetwork();
     }
-    return result;
+    return outcome;
 }
 
 OperationResult OvpnConnection::forceConnect(const QString& configText, const QString& typeText,
@@ -242,9 +252,19 @@ OvpnConnection::Outcome OvpnConnection::runOnce(const QString& configText, quint
     // An explicit program path and working directory: the process-wide current directory stays.
     process->setProgram(programPath());
     process->setWorkingDirectory(QFileInfo(programPath()).absolutePath());
-    process->setArguments({QStringLiteral("--config"), m_configFilePath});
+    QStringList arguments{QStringLiteral("--config"), m_configFilePath};
+    if (m_platform && m_platform->appliesTunnelNetwork()) {
+        // OpenVPN splits the command like a shell; "$0" is the first word after the script.
+        QString file = environmentFilePath();
+        file.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
+        file.replace(QLatin1Char('"'), QStringLiteral("\\\""));
+        arguments << QStringLiteral("--script-security") << QStringLiteral("2")
+                  << QStringLiteral("--up")
+                  << QStringLiteral("/bin/sh -c 'umask 077; env >\"$0\"' \"%1\"").arg(file);
+    }
+    process->setArguments(arguments);
     qDebug().noquote() << programName + QStringLiteral(" start ") + programPath() +
-                              QStringLiteral(" --config ") + m_configFilePath;
+                              QLatin1Char(' ') + arguments.join(QLatin1Char(' '));
     process->start(QIODevice::ReadWrite);
     // Returns as soon as exec has succeeded or failed (a matter of milliseconds), so a missing or
     // unusable program is told apart from one that fails later; the bound only guards against an
@@ -397,6 +417,9 @@ OperationResult OvpnConnection::disconnect()
     supersede();
     deleteConfigFile();
     stopProcess(true);
+    // After the tunnel has gone: until then look-ups still go through it, never around it.
+    if (m_platform)
+        m_platform->releaseTunnelNetwork();
     return {};
 }
 
@@ -445,9 +468,36 @@ void OvpnConnection::stopProcess(bool keepEventsRunning)
     RuntimeDirectory::forgetProcess(recordName(pid));
 }
 
+QString OvpnConnection::environmentFilePath() const
+{
+    return m_configFilePath + QStringLiteral(".env");
+}
+
+OperationResult OvpnConnection::applyTunnelNetwork()
+{
+    if (!m_platform || !m_platform->appliesTunnelNetwork())
+        return {};
+    QFile file(environmentFilePath());
+    // Written by OpenVPN's "up" step, which runs before it reports the tunnel up.
+    if (!file.open(QIODevice::ReadOnly)) {
+        qWarning().noquote() << "OpenVPN did not hand over the tunnel's settings:"
+                             << file.errorString();
+        return failure("warning.can_not_open_vpn_check_is_admin_granted");
+    }
+    const TunnelNetwork network = TunnelNetwork::fromOpenVpnEnvironment(file.read(1 << 20));
+    const OperationResult applied = m_platform->applyTunnelNetwork(network);
+    if (!applied.isSuccess) {
+        qWarning().noquote() << "The tunnel's DNS and IPv6 settings could not be applied:"
+                             << applied.message;
+        return failure("warning.can_not_open_vpn_check_is_admin_granted");
+    }
+    return {};
+}
+
 void OvpnConnection::deleteConfigFile()
 {
     if (!m_configFilePath.isEmpty()) {
+        QFile::remove(environmentFilePath());
         QFile::remove(m_configFilePath);
         m_configFilePath.clear();
     }

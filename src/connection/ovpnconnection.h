@@ -13,6 +13,8 @@ struct VpnServerInformation;
 
 namespace tavero {
 
+class IPlatform;
+
 // The waits of a connect. The product uses the defaults; tests shorten them. Elapsed time is
 // counted in whole `tick`s, and a limit is passed when that count exceeds it ("more than 20
 // whole seconds").
@@ -39,6 +41,12 @@ struct OvpnConnectionLimits {
 // the driver again; the process is detached from the driver before any wait for its end. The
 // configuration file (owner-only) and a record of the process live in RuntimeDirectory::path().
 //
+// When the platform applies a tunnel's network settings itself (IPlatform::appliesTunnelNetwork),
+// OpenVPN also gets "--script-security 2 --up ..." on its command line (the configuration text
+// stays as the template makes it): its "up" step writes the variables OpenVPN defines (pushed
+// DNS servers, device, IPv6 address) to a file beside the configuration, and a connect succeeds
+// only once the platform has applied them. Every stop of the tunnel releases them.
+//
 // Failure messages (translated in context "QObject"; the English texts are those of the catalogue):
 //   "label.can_not_create_config_for_open_vpn"
 //       Failed to create configuration file for Open VPN
@@ -64,7 +72,9 @@ public:
     using Limits = OvpnConnectionLimits;
 
     // `programDirectory` holds the OpenVPN program; empty means "bin" beside the executable.
-    explicit OvpnConnection(IServerApi& api, QString programDirectory = {}, Limits limits = {});
+    // `platform`, when given, applies the tunnel's pushed network settings (see above).
+    explicit OvpnConnection(IServerApi& api, QString programDirectory = {}, Limits limits = {},
+                            IPlatform* platform = nullptr);
     ~OvpnConnection(); // kills the process and waits a bounded time, without processing events
     OvpnConnection(const OvpnConnection&) = delete;
     OvpnConnection& operator=(const OvpnConnection&) = delete;
@@ -130,6 +140,8 @@ private:
                                  quint64 attempt);
     Outcome runOnce(const QString& configText, quint64 attempt, QString& output);
     bool writeConfigFile(const QString& configText);
+    QString environmentFilePath() const;
+    OperationResult applyTunnelNetwork();
     // Runs `loop` as the wait of `attempt`; false when a later connect or disconnect superseded
     // the attempt meanwhile (the caller must then leave the driver's members alone).
     bool waitInLoop(QEventLoop& loop, quint64 attempt);
@@ -145,6 +157,7 @@ private:
     IServerApi& m_api;
     QString m_programDirectory;
     Limits m_limits;
+    IPlatform* m_platform = nullptr;
     QString m_entryPrefix; // names this driver's entries in the runtime directory
     QString m_configFilePath;
     std::unique_ptr<QProcess> m_process;

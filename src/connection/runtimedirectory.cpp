@@ -129,6 +129,17 @@ QString RuntimeDirectory::ownerTag()
     return tag;
 }
 
+bool RuntimeDirectory::ownerRuns(const QString& tag)
+{
+#ifdef Q_OS_LINUX
+    const int dash = tag.indexOf(QLatin1Char('-'));
+    return dash > 0 && startTimeOf(tag.left(dash).toLongLong()) == tag.mid(dash + 1).toLatin1();
+#else
+    Q_UNUSED(tag)
+    return true;
+#endif
+}
+
 bool RuntimeDirectory::recordProcess(const QString& name, qint64 pid, const QString& configPath)
 {
     const QString directory = path();

@@ -21,6 +21,8 @@ public:
 
     // "<pid>-<start time>" of this process: the prefix of every entry it places in path().
     static QString ownerTag();
+    // True while the process that ownerTag() named as `tag` still runs (on other systems: always).
+    static bool ownerRuns(const QString& tag);
 
     // Notes that `pid` runs OpenVPN on `configPath` for this process, as entry `name` (which
     // starts with ownerTag()); forgetProcess removes the note once the process has ended.

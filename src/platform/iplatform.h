@@ -1,6 +1,7 @@
 #pragma once
 
 #include "api/operationresult.h"
+#include "platform/tunnelnetwork.h"
 
 #include <QString>
 
@@ -50,6 +51,20 @@ public:
     virtual bool haveDisabledNetDevicesByKillSwitch() = 0;
     // Runs turnOnInternet() and returns its `reenabled`; false when the switch-on failed outright.
     virtual bool turnOnNetDevices() = 0;
+
+    // True when the platform, not the OpenVPN program, puts an OpenVPN tunnel's DNS servers and
+    // IPv6 policy in place; the driver then hands it what the server pushed. Where OpenVPN
+    // applies them itself (Windows) the defaults below do nothing.
+    virtual bool appliesTunnelNetwork() { return false; }
+    // While the tunnel is up, name look-ups go to its DNS servers only, and IPv6 leaves only
+    // through a tunnel that carries it. A failure means the tunnel must not be used.
+    virtual OperationResult applyTunnelNetwork(const TunnelNetwork& network)
+    {
+        Q_UNUSED(network)
+        return {};
+    }
+    // Undoes applyTunnelNetwork(); nothing when nothing is applied.
+    virtual void releaseTunnelNetwork() {}
 };
 
 } // namespace tavero

@@ -28,7 +28,9 @@ public:
     QString reason() const { return m_reason; }
 
     QString clientNamespace() const { return value(QStringLiteral("client")); }
+    QString serverNamespace() const { return value(QStringLiteral("server")); }
     QString host() const { return value(QStringLiteral("host")); }
+    QString host6() const { return value(QStringLiteral("host6")); }
     QString udpGateway() const { return value(QStringLiteral("udp-gateway")); }
     QString tcpGateway() const { return value(QStringLiteral("tcp-gateway")); }
     QString programDirectory() const { return value(QStringLiteral("bin")); }

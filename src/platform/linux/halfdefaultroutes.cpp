@@ -1,5 +1,7 @@
 #include "platform/linux/halfdefaultroutes.h"
 
+#include "platform/linux/netlinkhandles.h"
+
 #include <QDebug>
 #include <linux/rtnetlink.h>
 #include <netlink/addr.h>
@@ -11,41 +13,11 @@
 namespace tavero {
 namespace {
 
-struct SocketDeleter {
-    void operator()(nl_sock* socket) const { nl_socket_free(socket); }
-};
-struct CacheDeleter {
-    void operator()(nl_cache* cache) const { nl_cache_free(cache); }
-};
-struct AddressDeleter {
-    void operator()(nl_addr* address) const { nl_addr_put(address); }
-};
-using SocketPtr = std::unique_ptr<nl_sock, SocketDeleter>;
-using CachePtr = std::unique_ptr<nl_cache, CacheDeleter>;
-using AddressPtr = std::unique_ptr<nl_addr, AddressDeleter>;
-
-SocketPtr connectedSocket(QString& detail)
-{
-    SocketPtr socket(nl_socket_alloc());
-    if (!socket) {
-        detail = QStringLiteral("no netlink socket");
-        return nullptr;
-    }
-    const int error = nl_connect(socket.get(), NETLINK_ROUTE);
-    if (error < 0) {
-        detail = QStringLiteral("netlink: ") + QString::fromUtf8(nl_geterror(error));
-        return nullptr;
-    }
-    return socket;
-}
-
-AddressPtr parsed(const QString& text, int family)
-{
-    nl_addr* address = nullptr;
-    if (nl_addr_parse(text.toLatin1().constData(), family, &address) < 0)
-        return nullptr;
-    return AddressPtr(address);
-}
+using netlink::AddressPtr;
+using netlink::CachePtr;
+using netlink::connectedSocket;
+using netlink::parsedAddress;
+using netlink::SocketPtr;
 
 rtnl_route* newRoute(int family, nl_addr* destination, rtnl_nexthop* nexthop)
 {
@@ -131,7 +103,7 @@ bool HalfDefaultRoutes::addServerRoute(const QHostAddress& server, QString& deta
         detail = QStringLiteral("no default route to reach the server");
         return false;
     }
-    const AddressPtr host = parsed(server.toString(), family);
+    const AddressPtr host = parsedAddress(server.toString(), family);
     if (!host) {
         detail = QStringLiteral("bad server address ") + server.toString();
         return false;
@@ -159,7 +131,7 @@ bool HalfDefaultRoutes::addHalves(int family, int interfaceIndex, QString& detai
             : QStringList{QStringLiteral("0.0.0.0/1"), QStringLiteral("128.0.0.0/1")};
     const size_t before = m_added.size();
     for (const QString& half : halves) {
-        const AddressPtr destination = parsed(half, family);
+        const AddressPtr destination = parsedAddress(half, family);
         QString failure;
         bool made = false;
         if (destination) {

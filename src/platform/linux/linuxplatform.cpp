@@ -7,6 +7,8 @@
 #include "platform/linux/halfdefaultroutes.h"
 #include "platform/linux/interfacebackend.h"
 #include "platform/linux/networkmanagerbackend.h"
+#include "platform/linux/privatestatefile.h"
+#include "platform/linux/tunnelnetworkguard.h"
 #include "platform/platformoverrides.h"
 
 #include <QByteArray>
@@ -21,7 +23,6 @@
 #include <QList>
 #include <QMutex>
 #include <QMutexLocker>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <algorithm>
 #include <cerrno>
@@ -168,6 +169,7 @@ LinuxPlatform::Options LinuxPlatform::defaultOptions()
 {
     Options options;
     options.killSwitchStateFile = killSwitchStateFileDefault();
+    options.tunnelNetworkStateFile = TunnelNetworkGuard::stateFileDefault();
     return options;
 }
 
@@ -175,6 +177,27 @@ LinuxPlatform::LinuxPlatform(Options options)
     : m_options(std::move(options))
 {
     loadRemembered();
+    TunnelNetworkGuard::restoreLeftover(m_options.tunnelNetworkStateFile);
+}
+
+bool LinuxPlatform::appliesTunnelNetwork()
+{
+    return qEnvironmentVariableIntValue("TAVERO_KEEP_NETWORK") != 1 && isRunningAsAdministrator();
+}
+
+OperationResult LinuxPlatform::applyTunnelNetwork(const TunnelNetwork& network)
+{
+    if (!m_tunnelNetwork) {
+        m_tunnelNetwork = std::make_unique<TunnelNetworkGuard>(m_options.tunnelNetworkStateFile,
+                                                               TunnelResolver::systemOptions());
+    }
+    return m_tunnelNetwork->apply(network);
+}
+
+void LinuxPlatform::releaseTunnelNetwork()
+{
+    if (m_tunnelNetwork)
+        m_tunnelNetwork->release();
 }
 
 QString LinuxPlatform::killSwitchStateFileDefault()
@@ -214,24 +237,12 @@ bool LinuxPlatform::saveRemembered()
 {
     if (m_options.killSwitchStateFile.isEmpty())
         return true;
-    if (m_remembered.isEmpty()) {
-        QFile::remove(m_options.killSwitchStateFile);
-        return true;
-    }
-    const QFileInfo info(m_options.killSwitchStateFile);
-    // The directory is the user's own: readable by nobody else.
-    if (!QDir().mkpath(info.absolutePath()))
-        return false;
-    ::chmod(QFile::encodeName(info.absolutePath()).constData(), 0700);
     QJsonObject state;
-    state.insert(QLatin1String("backend"), m_backend ? m_backend->name() : m_rememberedBackend);
-    state.insert(QLatin1String("connections"), QJsonArray::fromStringList(m_remembered));
-    QSaveFile file(info.absoluteFilePath());
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    file.write(QJsonDocument(state).toJson(QJsonDocument::Compact));
-    return file.commit();
+    if (!m_remembered.isEmpty()) {
+        state.insert(QLatin1String("backend"), m_backend ? m_backend->name() : m_rememberedBackend);
+        state.insert(QLatin1String("connections"), QJsonArray::fromStringList(m_remembered));
+    }
+    return PrivateStateFile::write(m_options.killSwitchStateFile, state);
 }
 
 LinuxPlatform::~LinuxPlatform()

@@ -23,6 +23,8 @@ namespace tavero {
 // (HalfDefaultRoutes); disconnect() removes both. Without rights, and for L2TP and PPTP:
 // NetworkManager's VPN plugins (NetworkManagerDialup); without NetworkManager or the plugin those
 // connects fail with their usual messages.
+//
+// OpenVPN tunnels: their DNS servers and the IPv6 block (TunnelNetworkGuard) while they are up.
 class LinuxPlatform : public IPlatform {
 public:
     using BackendFactory = std::function<std::unique_ptr<NetworkSwitchBackend>()>;
@@ -44,6 +46,10 @@ public:
         // Where the switched-off connections are kept across a crash; empty keeps them in memory
         // only. The default constructor uses killSwitchStateFileDefault().
         QString killSwitchStateFile;
+        // Where the DNS and IPv6 changes of a running tunnel are kept across a crash; empty keeps
+        // them in memory only. The default constructor uses
+        // TunnelNetworkGuard::stateFileDefault() and undoes what a dead client left there.
+        QString tunnelNetworkStateFile;
     };
 
     // The product's platform: switched-off connections survive a crash in
@@ -69,6 +75,10 @@ public:
     OperationResult turnOnInternet(bool& reenabled) override;
     bool haveDisabledNetDevicesByKillSwitch() override;
     bool turnOnNetDevices() override;
+    // With administrator rights, unless TAVERO_KEEP_NETWORK=1.
+    bool appliesTunnelNetwork() override;
+    OperationResult applyTunnelNetwork(const TunnelNetwork& network) override;
+    void releaseTunnelNetwork() override;
 
     // Identifiers of the switched-off connections, in the order they were switched off.
     QStringList rememberedConnections() const { return m_remembered; }
@@ -134,6 +144,7 @@ private:
     Options m_options;
     std::unique_ptr<StrongswanTunnel> m_ikev2;
     std::unique_ptr<class HalfDefaultRoutes> m_ikev2Routes;
+    std::unique_ptr<class TunnelNetworkGuard> m_tunnelNetwork;
     // Backend that wrote the remembered identifiers of an earlier run ("interfaces", ...).
     QString m_rememberedBackend;
     // The backend that made the remembered list; identifiers only mean something to it.
