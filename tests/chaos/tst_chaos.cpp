@@ -251,9 +251,9 @@ private slots:
             if (moment == 0) {
                 QTest::qWait(random.bounded(500));
             } else {
-                QTRY_VERIFY_WITH_TIMEOUT(
+                QTRY_VERIFY2_WITH_TIMEOUT(
                     (output += connect.readAllStandardOutput()).contains("\"mode\":\"Connected\""),
-                    60000);
+                    qPrintable(output + connect.readAllStandardError()), 60000);
                 QCOMPARE(standIns.live().size(), 1);
             }
             if (moment == 2) {
