@@ -1,11 +1,11 @@
 #include "api/serverapi.h"
 
 #include "api/replyparser.h"
+#include "api/servicetrust.h"
 
 #include <QCoreApplication>
 #include <QDebug>
 #include <QEventLoop>
-#include <QFile>
 #include <QHash>
 #include <QJsonDocument>
 #include <QMutexLocker>
@@ -15,7 +15,6 @@
 #include <QReadWriteLock>
 #include <QRecursiveMutex>
 #include <QScopeGuard>
-#include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslSocket>
 #include <QThreadStorage>
@@ -52,40 +51,6 @@ QString asUrlComponent(const QString& text)
 bool isPng(const QByteArray& bytes)
 {
     return bytes.startsWith(QByteArrayLiteral("\x89PNG\r\n\x1a\n"));
-}
-
-// Adds the PEM certificates of `path` to the process's default TLS configuration, each once. The
-// system's CAs stay trusted.
-void trustCaFile(const QString& path)
-{
-    static QMutex mutex;
-    const QMutexLocker locker(&mutex);
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        qWarning().noquote() << "TAVERO_CA_FILE" << path << "cannot be read:" << file.errorString();
-        return;
-    }
-    const QList<QSslCertificate> certificates =
-        QSslCertificate::fromData(file.readAll(), QSsl::Pem);
-    if (certificates.isEmpty()) {
-        qWarning().noquote() << "TAVERO_CA_FILE" << path << "holds no PEM certificate";
-        return;
-    }
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    QList<QSslCertificate> trusted = configuration.caCertificates();
-    if (trusted.isEmpty()) // the system's CAs are loaded on demand; keep them
-        trusted = QSslConfiguration::systemCaCertificates();
-    bool added = false;
-    for (const QSslCertificate& certificate : certificates) {
-        if (!trusted.contains(certificate)) {
-            trusted.append(certificate);
-            added = true;
-        }
-    }
-    if (added) {
-        configuration.setCaCertificates(trusted);
-        QSslConfiguration::setDefaultConfiguration(configuration);
-    }
 }
 
 // The flag-picture cache. The lock is never held across a download: a thread waiting for it
@@ -200,8 +165,7 @@ ServerApi::ServerApi(Endpoints endpoints, std::chrono::milliseconds requestTimeo
     , m_clock(clock ? std::move(clock) : MonotonicClock(&ServerApi::steadyMilliseconds))
     , m_logoutBroadcaster(std::make_shared<LogoutBroadcaster>(nullptr))
 {
-    if (!m_endpoints.caFile.isEmpty())
-        trustCaFile(m_endpoints.caFile);
+    ServiceTrust::add(m_endpoints);
 }
 
 ServerApi::~ServerApi() = default;
@@ -215,7 +179,8 @@ void ServerApi::prepareRequest(const QString& url, QNetworkRequest& request,
     const QUrlQuery query(url);
     request.setUrl(QUrl(query.query(), QUrl::TolerantMode));
     if (useSslConfiguration) {
-        QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+        ServiceTrust::apply(request);
+        QSslConfiguration configuration = request.sslConfiguration();
         configuration.setProtocol(QSsl::AnyProtocol);
         request.setSslConfiguration(configuration);
     }
@@ -537,7 +502,9 @@ bool ServerApi::isThereInternet()
     // A connection of its own: the probe asks whether a new connection gets out now, which a
     // kept-alive one over a path that has gone away would answer only at the limit.
     QNetworkAccessManager manager;
-    QNetworkReply* reply = manager.get(QNetworkRequest(QUrl(m_endpoints.probeUrl)));
+    QNetworkRequest request(QUrl(m_endpoints.probeUrl));
+    ServiceTrust::apply(request);
+    QNetworkReply* reply = manager.get(request);
     waitForReply(reply);
     return reply->bytesAvailable() > 0;
 }

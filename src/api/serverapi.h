@@ -47,8 +47,8 @@ public:
     static qint64 steadyMilliseconds();
 
     // `requestTimeout` limits every exchange; `clock` ages the list caches. Tests shorten both;
-    // the product keeps the defaults. A readable `endpoints.caFile` is added once to the trusted
-    // CAs of the process's default TLS configuration.
+    // the product keeps the defaults. A readable `endpoints.caFile` becomes the trust for the
+    // endpoints' hosts (ServiceTrust); other hosts keep the system's.
     explicit ServerApi(Endpoints endpoints = Endpoints::fromEnvironment(),
                        std::chrono::milliseconds requestTimeout = defaultRequestTimeout,
                        MonotonicClock clock = &ServerApi::steadyMilliseconds);

@@ -37,6 +37,20 @@ ConnectionChain::ConnectionChain(IServerApi& api, IPlatform& platform, ISettings
 {
     QObject::connect(&m_keeper, &ConnectionKeeper::breakDetected, this,
                      &ConnectionChain::onBreakDetected, Qt::DirectConnection);
+    // An OpenVPN that ends under a verified tunnel is a break now: the keeper's IP check may be
+    // riding a kept-alive connection through the dead tunnel and would report only at the
+    // request limit. Queued, since handling it stops the process whose signal this is; a tunnel
+    // replaced or torn down meanwhile is not this one.
+    m_ovpn.setTunnelEndedHandler([this] {
+        const quint64 generation = m_generation;
+        QMetaObject::invokeMethod(
+            this,
+            [this, generation] {
+                if (generation == m_generation && m_mode == Connected)
+                    onBreakDetected(ConnectionKeeper::NotProtected);
+            },
+            Qt::QueuedConnection);
+    });
     m_reestablishTimer.setSingleShot(true);
     m_reestablishTimer.setInterval(m_options.reestablishIntervalMs);
     QObject::connect(&m_reestablishTimer, &QTimer::timeout, this,

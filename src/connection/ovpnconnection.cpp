@@ -328,6 +328,11 @@ OvpnConnection::Outcome OvpnConnection::runOnce(const QString& configText, quint
     if (*outcome == Outcome::Up) {
         // The tunnel may run for days; what OpenVPN writes from now on would only pile up.
         QObject::connect(process, &QProcess::readyRead, process, [process] { process->readAll(); });
+        QObject::connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished),
+                         process, [this] {
+                             if (m_tunnelEnded)
+                                 m_tunnelEnded();
+                         });
     }
     return *outcome;
 }

@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QString>
 #include <chrono>
+#include <functional>
 #include <memory>
 
 class IServerApi;
@@ -122,6 +123,14 @@ public:
     // The running OpenVPN process, or null.
     const QProcess* process() const { return m_process.get(); }
 
+    // Called when OpenVPN ends by itself after bringing its tunnel up: the tunnel is gone,
+    // whatever an IP check still in flight may say later. Not called for a process the driver
+    // stops. It runs inside the process's own signal, so it must not call into the driver.
+    void setTunnelEndedHandler(std::function<void()> handler)
+    {
+        m_tunnelEnded = std::move(handler);
+    }
+
 private:
     // How one run of OpenVPN ended.
     enum class Outcome {
@@ -164,6 +173,7 @@ private:
     qint64 m_processId = 0;
     quint64 m_attempt = 0;        // bumped by every connect and disconnect
     QEventLoop* m_wait = nullptr; // the wait of the current attempt, ended when it is superseded
+    std::function<void()> m_tunnelEnded;
 };
 
 } // namespace tavero

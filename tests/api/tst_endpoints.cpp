@@ -3,9 +3,11 @@
 
 #include "api/protocoltype.h"
 #include "api/serverapi.h"
+#include "api/servicetrust.h"
 #include "support/messagecapture.h"
 #include "support/testmain.h"
 
+#include <QNetworkRequest>
 #include <QSslConfiguration>
 #include <QTcpServer>
 #include <QTemporaryDir>
@@ -28,9 +30,12 @@ const QByteArray testRoot = "-----BEGIN CERTIFICATE-----\n"
                             "c0dYlx+aFH9MlfZbfLfz5f/j\n"
                             "-----END CERTIFICATE-----\n";
 
-int trustedCopies(const QSslCertificate& certificate)
+// The CAs a request to `url` would trust.
+QList<QSslCertificate> trustFor(const QString& url)
 {
-    return QSslConfiguration::defaultConfiguration().caCertificates().count(certificate);
+    QNetworkRequest request{QUrl(url)};
+    tavero::ServiceTrust::apply(request);
+    return request.sslConfiguration().caCertificates();
 }
 
 } // namespace
@@ -89,16 +94,17 @@ private slots:
         QCOMPARE(messages.contains(QtWarningMsg, QString::fromLatin1(variable)), address.isEmpty());
     }
 
-    // Trusted once beside the system's CAs, however many clients are built; a file that cannot
-    // be read or holds no PEM certificate is a warning and changes nothing.
+    // The file's CAs are the trust for the service's hosts and ports (once each, however many
+    // clients are built) and nowhere else: the default configuration, and with it every other
+    // host, keeps the system's trust without reading its store. A file that cannot be read or
+    // holds no PEM certificate is a warning and trusts nothing.
     void caFile()
     {
         QTemporaryDir dir;
         const QString path = dir.filePath("ca.pem");
         Endpoints endpoints = Endpoints::defaults();
+        endpoints.apiBaseUrl = "https://Service.test:8443";
         endpoints.caFile = path;
-        const QList<QSslCertificate> before =
-            QSslConfiguration::defaultConfiguration().caCertificates();
         for (const QByteArray& content : {QByteArray(), QByteArray("hello")}) {
             QFile file(path);
             if (!content.isEmpty() && (!file.open(QIODevice::WriteOnly) || !file.write(content)))
@@ -107,7 +113,7 @@ private slots:
             MessageCapture messages;
             ServerApi api(endpoints);
             QVERIFY(messages.contains(QtWarningMsg, "TAVERO_CA_FILE"));
-            QCOMPARE(QSslConfiguration::defaultConfiguration().caCertificates(), before);
+            QVERIFY(trustFor("https://service.test:8443/user").isEmpty());
         }
 
         QFile bundle(path);
@@ -115,16 +121,16 @@ private slots:
         bundle.write(testRoot);
         bundle.close();
         const QSslCertificate root = QSslCertificate::fromData(testRoot).first();
-        const int systemCas = QSslConfiguration::systemCaCertificates().size();
         qputenv("TAVERO_CA_FILE", QFile::encodeName(path));
-        endpoints = Endpoints::fromEnvironment();
-        QCOMPARE(endpoints.caFile, path);
+        QCOMPARE(Endpoints::fromEnvironment().caFile, path);
         {
             ServerApi first(endpoints);
         }
         ServerApi second(endpoints);
-        QCOMPARE(trustedCopies(root), 1);
-        QCOMPARE(QSslConfiguration::defaultConfiguration().caCertificates().size(), systemCas + 1);
+        QCOMPARE(trustFor("https://service.test:8443/user"), QList<QSslCertificate>{root});
+        for (const char* other : {"https://service.test/", "https://other.test:8443/"})
+            QVERIFY2(!trustFor(other).contains(root), other);
+        QVERIFY(!QSslConfiguration::defaultConfiguration().caCertificates().contains(root));
     }
 
     void protocolTextsPutIKEv2Last()

@@ -7,6 +7,7 @@
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <memory>
@@ -88,6 +89,26 @@ private slots:
         QCOMPARE(chain.mode(), ConnectionChain::Disconnected);
         QTRY_VERIFY(service.openTunnels().isEmpty());
         QVERIFY(!api.receiveIp().isProtected);
+
+        // OpenVPN ends under a verified tunnel while the IP check hangs, as one riding a
+        // kept-alive connection through the dead tunnel would: the kill switch must not wait for
+        // that answer.
+        settings.setKillSwitch(true);
+        QVERIFY(chain.connect(target).isSuccess);
+        const int hangMs = 10000;
+        QVERIFY(service.delayNext("/json", 2, hangMs));
+        QElapsedTimer sinceDrop;
+        qint64 failedAfterMs = -1;
+        connect(&chain, &ConnectionChain::modeChanged, this, [&] {
+            if (chain.mode() == ConnectionChain::Failed && failedAfterMs < 0)
+                failedAfterMs = sinceDrop.elapsed();
+        });
+        sinceDrop.start();
+        QVERIFY(service.dropTunnels());
+        QTRY_VERIFY_WITH_TIMEOUT(failedAfterMs >= 0, 3 * hangMs);
+        QVERIFY2(failedAfterMs < hangMs, "the kill switch waited for the hanging IP check");
+        QVERIFY(platform.isNetworkOff());
+        QVERIFY(service.openTunnels().isEmpty());
     }
 };
 
