@@ -1,0 +1,679 @@
+// The Windows platform layer against a recorded Win32 API: what it writes into the phonebook, the
+// routing table, the connection manager, the event log and the shell, and how it reads the
+// system's answers.
+#include "platform/logger.h"
+#include "platform/platformoverrides.h"
+#include "platform/windows/win32api.h"
+#include "platform/windows/windowsplatform.h"
+#include "support/maptranslator.h"
+#include "support/messagecapture.h"
+#include "support/testmain.h"
+
+#include <cstring>
+#include <deque>
+#include <memory>
+#include <raserror.h>
+
+using namespace tavero;
+
+namespace {
+
+struct EntryWrite {
+    QString entry, phone, deviceType, deviceName;
+    DWORD size, options, options2, strategy, protocols, framing, redialCount, metric4, metric6;
+};
+
+// Windows 10 reports a longer entry record than the SDK's layout; the two interface metrics sit
+// 32 bytes after its end.
+constexpr DWORD systemEntrySize = sizeof(RASENTRYW) + 1200;
+
+class FakeNetConnection : public INetConnection {
+public:
+    FakeNetConnection(QStringList& log, const QUuid& id, NETCON_STATUS status)
+        : m_log(log)
+        , m_id(id)
+        , m_status(status)
+    {}
+    HRESULT WINAPI QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    ULONG WINAPI AddRef() override { return 2; }
+    ULONG WINAPI Release() override { return m_log << "release", 1; }
+    HRESULT WINAPI Connect() override { return m_log << "connect " + m_id.toString(), S_OK; }
+    HRESULT WINAPI Disconnect() override { return m_log << "disconnect " + m_id.toString(), S_OK; }
+    HRESULT WINAPI Delete() override { return E_NOTIMPL; }
+    HRESULT WINAPI Duplicate(LPCWSTR, INetConnection**) override { return E_NOTIMPL; }
+    HRESULT WINAPI GetProperties(NETCON_PROPERTIES** properties) override
+    {
+        auto* record = static_cast<NETCON_PROPERTIES*>(std::calloc(1, sizeof(NETCON_PROPERTIES)));
+        record->guidId = m_id;
+        record->Status = m_status;
+        *properties = record;
+        return S_OK;
+    }
+    HRESULT WINAPI GetUiObjectClassId(CLSID*) override { return E_NOTIMPL; }
+    HRESULT WINAPI Rename(LPCWSTR) override { return E_NOTIMPL; }
+
+    QStringList& m_log;
+    QUuid m_id;
+    NETCON_STATUS m_status;
+};
+
+class FakeConnections : public IEnumNetConnection, public INetConnectionManager {
+public:
+    explicit FakeConnections(QStringList& log)
+        : m_log(log)
+    {}
+    HRESULT WINAPI QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+    ULONG WINAPI AddRef() override { return 2; }
+    ULONG WINAPI Release() override { return m_log << "release", 1; }
+    HRESULT WINAPI EnumConnections(NETCONMGR_ENUM_FLAGS, IEnumNetConnection** connections) override
+    {
+        m_next = 0;
+        *connections = this;
+        return S_OK;
+    }
+    HRESULT WINAPI Next(ULONG, INetConnection** connection, ULONG* fetched) override
+    {
+        *fetched = m_next < m_items.size() ? 1 : 0;
+        *connection = *fetched ? m_items[m_next++].get() : nullptr;
+        return *fetched ? S_OK : S_FALSE;
+    }
+    HRESULT WINAPI Skip(ULONG) override { return E_NOTIMPL; }
+    HRESULT WINAPI Reset() override { return E_NOTIMPL; }
+    HRESULT WINAPI Clone(IEnumNetConnection**) override { return E_NOTIMPL; }
+
+    QStringList& m_log;
+    std::vector<std::unique_ptr<FakeNetConnection>> m_items;
+    size_t m_next = 0;
+};
+
+// Records what the client writes and answers as scripted.
+class RecordedApi : public Win32Api {
+public:
+    QList<EntryWrite> entries;
+    QStringList calls; // credentials, dials, hang-ups, deletions, routes, COM, event log, shell
+    QList<MIB_IPFORWARD_ROW2> routes;
+    DWORD dialResult = 0;
+    QList<DWORD> routeResults; // one per CreateIpForwardEntry2, then 0
+    HRESULT managerResult = S_OK;
+    FakeConnections connections{calls};
+    // GetAdaptersAddresses: adapters by friendly name with their addresses.
+    std::deque<IP_ADAPTER_ADDRESSES> adapters;
+    std::deque<IP_ADAPTER_UNICAST_ADDRESS> unicast;
+    std::deque<SOCKADDR_INET> sockets;
+    std::deque<std::wstring> names;
+    std::vector<MIB_TCPROW> tcpRows;
+    bool connected = true;
+
+    void addAdapter(const QString& name, ULONG index, const QStringList& addresses)
+    {
+        IP_ADAPTER_ADDRESSES adapter = {};
+        names.push_back(name.toStdWString());
+        adapter.FriendlyName = names.back().data();
+        adapter.AdapterName = const_cast<char*>("{adapter}");
+        adapter.IfIndex = index;
+        adapter.Ipv6IfIndex = index + 100;
+        IP_ADAPTER_UNICAST_ADDRESS* previous = nullptr;
+        for (const QString& text : addresses) {
+            const QHostAddress address(text);
+            SOCKADDR_INET socket = {};
+            if (address.protocol() == QAbstractSocket::IPv4Protocol) {
+                socket.Ipv4.sin_family = AF_INET;
+                socket.Ipv4.sin_addr.s_addr = htonl(address.toIPv4Address());
+            } else {
+                socket.Ipv6.sin6_family = AF_INET6;
+                std::memcpy(&socket.Ipv6.sin6_addr, address.toIPv6Address().c, 16);
+            }
+            sockets.push_back(socket);
+            IP_ADAPTER_UNICAST_ADDRESS entry = {};
+            entry.Address.lpSockaddr = reinterpret_cast<SOCKADDR*>(&sockets.back());
+            entry.Address.iSockaddrLength = sizeof(SOCKADDR_INET);
+            unicast.push_back(entry);
+            (previous ? previous->Next : adapter.FirstUnicastAddress) = &unicast.back();
+            previous = &unicast.back();
+        }
+        if (!adapters.empty())
+            adapters.back().Next = nullptr;
+        adapters.push_back(adapter);
+        for (size_t i = 0; i + 1 < adapters.size(); ++i)
+            adapters[i].Next = &adapters[i + 1];
+    }
+
+    DWORD RasGetEntryPropertiesW(LPCWSTR, LPCWSTR, LPRASENTRYW, LPDWORD size, LPBYTE,
+                                 LPDWORD) override
+    {
+        *size = systemEntrySize;
+        return ERROR_BUFFER_TOO_SMALL;
+    }
+    DWORD RasSetEntryPropertiesW(LPCWSTR, LPCWSTR name, LPRASENTRYW entry, DWORD size, LPBYTE,
+                                 DWORD) override
+    {
+        const auto* bytes = reinterpret_cast<const BYTE*>(entry);
+        DWORD metrics[2] = {0xFFFFFFFF, 0xFFFFFFFF};
+        if (size >= sizeof(RASENTRYW) + 40)
+            std::memcpy(metrics, bytes + sizeof(RASENTRYW) + 32, sizeof metrics);
+        entries << EntryWrite{QString::fromWCharArray(name),
+                              QString::fromWCharArray(entry->szLocalPhoneNumber),
+                              QString::fromWCharArray(entry->szDeviceType),
+                              QString::fromWCharArray(entry->szDeviceName),
+                              entry->dwSize,
+                              entry->dwfOptions,
+                              entry->dwfOptions2,
+                              entry->dwVpnStrategy,
+                              entry->dwfNetProtocols,
+                              entry->dwFramingProtocol,
+                              entry->dwRedialCount,
+                              metrics[0],
+                              metrics[1]};
+        return 0;
+    }
+    DWORD RasSetCredentialsW(LPCWSTR, LPCWSTR name, LPRASCREDENTIALSW credentials, BOOL) override
+    {
+        calls << QStringLiteral("credentials %1 mask %2 key '%3' size %4")
+                     .arg(QString::fromWCharArray(name))
+                     .arg(credentials->dwMask)
+                     .arg(QString::fromWCharArray(credentials->szPassword))
+                     .arg(credentials->dwSize);
+        return 0;
+    }
+    DWORD RasDialW(LPRASDIALEXTENSIONS, LPCWSTR, LPRASDIALPARAMSW parameters, DWORD notifierType,
+                   LPVOID, LPHRASCONN connection) override
+    {
+        calls << QStringLiteral("dial %1 %2/%3 notifier %4")
+                     .arg(QString::fromWCharArray(parameters->szEntryName),
+                          QString::fromWCharArray(parameters->szUserName),
+                          QString::fromWCharArray(parameters->szPassword))
+                     .arg(notifierType, 0, 16);
+        *connection = reinterpret_cast<HRASCONN>(0x42);
+        return dialResult;
+    }
+    DWORD RasHangUpW(HRASCONN connection) override
+    {
+        return calls << QStringLiteral("hang up %1").arg(quintptr(connection)), 0;
+    }
+    DWORD RasEnumConnectionsW(LPRASCONNW connection, LPDWORD size, LPDWORD count) override
+    {
+        calls << QStringLiteral("enumerate room %1").arg(*size / sizeof(RASCONNW));
+        connection->hrasconn = reinterpret_cast<HRASCONN>(0x77);
+        *count = 1;
+        return 0;
+    }
+    DWORD RasGetConnectStatusW(HRASCONN, LPRASCONNSTATUSW status) override
+    {
+        status->rasconnstate = connected ? RASCS_Connected : RASCS_Disconnected;
+        return 0;
+    }
+    DWORD RasDeleteEntryW(LPCWSTR, LPCWSTR name) override
+    {
+        return calls << "delete " + QString::fromWCharArray(name), 0;
+    }
+    ULONG GetAdaptersAddresses(ULONG, ULONG flags, PIP_ADAPTER_ADDRESSES buffer,
+                               PULONG size) override
+    {
+        const ULONG needed = 4096; // more than the first guess: the lookup must grow its buffer
+        calls << QStringLiteral("adapters flags %1 room %2").arg(flags).arg(*size);
+        if (*size < needed) {
+            *size = needed;
+            return ERROR_BUFFER_OVERFLOW;
+        }
+        if (adapters.empty())
+            return ERROR_NO_DATA;
+        *buffer = adapters.front();
+        return NO_ERROR;
+    }
+    DWORD CreateIpForwardEntry2(const MIB_IPFORWARD_ROW2* row) override
+    {
+        const DWORD result = routeResults.isEmpty() ? 0 : routeResults.takeFirst();
+        if (result == 0)
+            routes << *row;
+        return result;
+    }
+    DWORD DeleteIpForwardEntry2(const MIB_IPFORWARD_ROW2* row) override
+    {
+        for (int i = 0; i < routes.size(); ++i) {
+            if (std::memcmp(&routes[i].DestinationPrefix, &row->DestinationPrefix,
+                            sizeof row->DestinationPrefix) == 0) {
+                routes.removeAt(i);
+                return 0;
+            }
+        }
+        return ERROR_NOT_FOUND;
+    }
+    DWORD GetTcpTable(PMIB_TCPTABLE table, PDWORD size, BOOL) override
+    {
+        const DWORD needed = DWORD(sizeof(DWORD) + sizeof(MIB_TCPROW) * tcpRows.size());
+        if (*size < needed) {
+            *size = needed;
+            return ERROR_INSUFFICIENT_BUFFER;
+        }
+        table->dwNumEntries = DWORD(tcpRows.size());
+        std::copy(tcpRows.begin(), tcpRows.end(), table->table);
+        return NO_ERROR;
+    }
+    HRESULT createConnectionManager(INetConnectionManager** manager) override
+    {
+        *manager = SUCCEEDED(managerResult) ? &connections : nullptr;
+        return managerResult;
+    }
+    void CoTaskMemFree(LPVOID memory) override { std::free(memory); }
+    BOOL CheckTokenMembership(HANDLE, PSID, PBOOL member) override { return *member = TRUE; }
+    HANDLE RegisterEventSourceW(LPCWSTR, LPCWSTR source) override
+    {
+        calls << "event source " + QString::fromWCharArray(source);
+        return reinterpret_cast<HANDLE>(0x55);
+    }
+    BOOL ReportEventW(HANDLE, WORD type, WORD category, DWORD id, PSID user, WORD count, DWORD,
+                      LPCWSTR* strings, LPVOID) override
+    {
+        calls << QStringLiteral("event type %1 category %2 id %3 user %4 '%5' of %6")
+                     .arg(type)
+                     .arg(category)
+                     .arg(id, 0, 16)
+                     .arg(user ? "set" : "none", QString::fromWCharArray(strings[0]))
+                     .arg(count);
+        return TRUE;
+    }
+    BOOL DeregisterEventSource(HANDLE) override { return calls << "event source closed", TRUE; }
+    BOOL ShellExecuteExW(SHELLEXECUTEINFOW* info) override
+    {
+        calls << QStringLiteral("shell %1 '%2' show %3 mask %4 params %5")
+                     .arg(QString::fromWCharArray(info->lpVerb),
+                          QFileInfo(QString::fromWCharArray(info->lpFile)).fileName())
+                     .arg(info->nShow)
+                     .arg(info->fMask)
+                     .arg(info->lpParameters ? "some" : "none");
+        return FALSE; // declined
+    }
+    int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type) override
+    {
+        calls << QStringLiteral("box %1 '%2' '%3' style %4")
+                     .arg(owner ? "owned" : "free", QString::fromWCharArray(caption),
+                          QString::fromWCharArray(text))
+                     .arg(type, 0, 16);
+        return IDOK;
+    }
+};
+
+QString prefixOf(const MIB_IPFORWARD_ROW2& row)
+{
+    const SOCKADDR_INET& destination = row.DestinationPrefix.Prefix;
+    const SOCKADDR_INET& hop = row.NextHop;
+    const QHostAddress target = destination.si_family == AF_INET
+                                    ? QHostAddress(ntohl(destination.Ipv4.sin_addr.s_addr))
+                                    : QHostAddress(destination.Ipv6.sin6_addr.s6_addr);
+    const QHostAddress via = hop.si_family == AF_INET
+                                 ? QHostAddress(ntohl(hop.Ipv4.sin_addr.s_addr))
+                                 : QHostAddress(hop.Ipv6.sin6_addr.s6_addr);
+    const bool standard = row.InterfaceLuid.Value == 0 && row.ValidLifetime == 0xFFFFFFFF &&
+                          row.PreferredLifetime == 0xFFFFFFFF && row.Metric == 0 && !row.Loopback &&
+                          row.AutoconfigureAddress && !row.Publish && row.Immortal &&
+                          row.SitePrefixLength == 0;
+    return QStringLiteral("%1/%2 via %3 if %4%5")
+        .arg(target.toString())
+        .arg(row.DestinationPrefix.PrefixLength)
+        .arg(via.toString())
+        .arg(row.InterfaceIndex)
+        .arg(standard ? "" : " (unexpected fields)");
+}
+
+} // namespace
+
+class TestWindowsPlatform : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<RecordedApi> api;
+
+private slots:
+    void init()
+    {
+        api = std::make_unique<RecordedApi>();
+        Win32Api::setCurrent(api.get());
+        PlatformOverrides::setAdministrator(true);
+    }
+    void cleanup()
+    {
+        Win32Api::setCurrent(nullptr);
+        PlatformOverrides::setAdministrator(std::nullopt);
+        PlatformOverrides::setRdpListening(std::nullopt);
+    }
+
+    void dialUpEntries_data()
+    {
+        QTest::addColumn<QString>("protocol");
+        QTest::addColumn<bool>("withoutAdminRights");
+        QTest::addColumn<QString>("key");
+        // Expected first write: options, options2, strategy, protocols, device name, metrics.
+        QTest::addColumn<QList<DWORD>>("created");
+        QTest::addColumn<QString>("createdDevice");
+        QTest::addColumn<QStringList>("calls");
+        const QString dial = "dial TAVERO %1 bob/secret notifier %2";
+        QTest::newRow("pptp") << "PPTP" << true << "" << QList<DWORD>{0x410, 0, 1, 4, 0, 0} << ""
+                              << QStringList{dial.arg("PPTP", "ffffffff")};
+        QTest::newRow("l2tp") << "L2TP" << true << "psk" << QList<DWORD>{0x410, 0x10, 3, 4, 0, 0}
+                              << ""
+                              << QStringList{"credentials TAVERO L2TP mask 16 key 'psk' size 1068",
+                                             "credentials TAVERO L2TP mask 16 key 'psk' size 1068",
+                                             dial.arg("L2TP", "ffffffff")};
+        QTest::newRow("l2tp without key")
+            << "L2TP" << true << "" << QList<DWORD>{0x410, 0x10, 3, 4, 0, 0} << ""
+            << QStringList{"credentials TAVERO L2TP mask 16 key '' size 1068",
+                           dial.arg("L2TP", "ffffffff")};
+        QTest::newRow("ikev2 as administrator")
+            << "IKEv2" << false << "" << QList<DWORD>{0x07020100, 0x020B2104, 7, 0xC, 3, 3}
+            << "WAN Miniport (IKEv2)" << QStringList{dial.arg("IKEv2", "0")};
+        QTest::newRow("ikev2 without rights")
+            << "IKEv2" << true << "" << QList<DWORD>{0x07020110, 0x02002104, 7, 0xC, 0, 0}
+            << "WAN Miniport (IKEv2)" << QStringList{dial.arg("IKEv2", "0")};
+    }
+    void dialUpEntries()
+    {
+        QFETCH(QString, protocol);
+        QFETCH(bool, withoutAdminRights);
+        QFETCH(QString, key);
+        QFETCH(QList<DWORD>, created);
+        QFETCH(QString, createdDevice);
+        QFETCH(QStringList, calls);
+        api->addAdapter("TAVERO IKEv2", 9, {"10.8.0.2"});
+        WindowsPlatform platform;
+        test::MessageCapture capture;
+        const OperationResult result =
+            protocol == "PPTP" ? platform.connectPptp("vpn.example", "bob", "secret")
+            : protocol == "L2TP"
+                ? platform.connectL2tp("vpn.example", "bob", "secret", key)
+                : platform.connectIKEv2("vpn.example", "bob", "secret", withoutAdminRights);
+        QVERIFY2(result.isSuccess, qPrintable(result.message));
+        QCOMPARE(api->calls.filter(QRegularExpression("^(credentials|dial)")), calls);
+        QCOMPARE(api->entries.size(), protocol == "IKEv2" ? 1 : 2);
+        const EntryWrite& first = api->entries.first();
+        QCOMPARE(first.entry, "TAVERO " + protocol);
+        QCOMPARE(first.size, systemEntrySize);
+        QCOMPARE((QList<DWORD>{first.options, first.options2, first.strategy, first.protocols,
+                               first.metric4, first.metric6}),
+                 created);
+        QCOMPARE((QStringList{first.phone, first.deviceType, first.deviceName}),
+                 (QStringList{"vpn.example", "vpn", createdDevice}));
+        QCOMPARE(first.redialCount, DWORD(1));
+        QVERIFY(capture.contains(QtDebugMsg, "RasSetEntryProperties success."));
+        if (protocol == "IKEv2")
+            return;
+        // The second write replaces the first as a whole, in the SDK's record.
+        const EntryWrite& second = api->entries.last();
+        QCOMPARE(second.size, DWORD(5616));
+        QCOMPARE((QList<DWORD>{second.options, second.options2, second.strategy, second.protocols,
+                               second.framing, second.redialCount}),
+                 (QList<DWORD>{0x27090010, key.isEmpty() ? 0x02000127u : 0x02000137u,
+                               first.strategy, 0xC, 1, 3}));
+        QCOMPARE((QStringList{second.phone, second.deviceType, second.deviceName}),
+                 (QStringList{"vpn.example", "Vpn", "WAN Miniport (" + protocol + ")"}));
+    }
+
+    void failedDials_data()
+    {
+        QTest::addColumn<QString>("protocol");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("entryDeleted");
+        QTest::newRow("pptp") << "PPTP"
+                              << "warning.cannot_open_pptp_connection" << false;
+        QTest::newRow("l2tp") << "L2TP"
+                              << "warning.cannot_open_l2tp_connection" << false;
+        QTest::newRow("ikev2") << "IKEv2"
+                               << "warning.cannot_open_ikev2_connection" << true;
+    }
+    void failedDials()
+    {
+        QFETCH(QString, protocol);
+        QFETCH(QString, message);
+        QFETCH(bool, entryDeleted);
+        api->dialResult = 691;
+        WindowsPlatform platform;
+        test::MessageCapture capture;
+        const OperationResult result = protocol == "PPTP" ? platform.connectPptp("h", "u", "p")
+                                       : protocol == "L2TP"
+                                           ? platform.connectL2tp("h", "u", "p", "k")
+                                           : platform.connectIKEv2("h", "u", "p", false);
+        QVERIFY(!result.isSuccess);
+        QCOMPARE(result.message, message);
+        QVERIFY(api->calls.contains("hang up 66"));
+        QCOMPARE(api->calls.contains("delete TAVERO " + protocol), entryDeleted);
+        QCOMPARE(capture.contains(QtCriticalMsg, "RasDial failure. Code: 691"), entryDeleted);
+    }
+
+    void ikev2Routes_data()
+    {
+        QTest::addColumn<bool>("administrator");
+        QTest::addColumn<QStringList>("addresses");
+        QTest::addColumn<QList<DWORD>>("routeResults");
+        QTest::addColumn<bool>("connected");
+        QTest::addColumn<QStringList>("routes");
+        const QStringList both{"10.8.0.2", "2001:db8::2", "fe80::5", "fe80::6"};
+        const QStringList all{"0.0.0.0/1 via 10.8.0.2 if 9", "128.0.0.0/1 via 10.8.0.2 if 9",
+                              "::/1 via fe80::5 if 109", "8000::/1 via fe80::5 if 109"};
+        QTest::newRow("all four") << true << both << QList<DWORD>{} << true << all;
+        QTest::newRow("no link-local address: IPv4 only")
+            << true << QStringList{"10.8.0.2", "2001:db8::2"} << QList<DWORD>{} << true
+            << QStringList(all.mid(0, 2));
+        QTest::newRow("second IPv4 route exists: first undone")
+            << true << both << QList<DWORD>{0, 5010} << false << QStringList{};
+        QTest::newRow("second IPv6 route refused: IPv6 pair undone")
+            << true << both << QList<DWORD>{0, 0, 0, 5} << true << QStringList(all.mid(0, 2));
+        QTest::newRow("without rights: no routes")
+            << false << both << QList<DWORD>{} << true << QStringList{};
+        QTest::newRow("no IPv4 address fails the connect")
+            << true << QStringList{"fe80::5"} << QList<DWORD>{} << false << QStringList{};
+    }
+    void ikev2Routes()
+    {
+        QFETCH(bool, administrator);
+        QFETCH(QStringList, addresses);
+        QFETCH(QList<DWORD>, routeResults);
+        QFETCH(bool, connected);
+        QFETCH(QStringList, routes);
+        api->addAdapter("Ethernet", 3, {"192.168.1.5"});
+        api->addAdapter("TAVERO IKEv2", 9, addresses);
+        api->routeResults = routeResults;
+        PlatformOverrides::setAdministrator(administrator);
+        WindowsPlatform platform;
+        test::MessageCapture capture;
+        const OperationResult result = platform.connectIKEv2("h", "u", "p", !administrator);
+        QCOMPARE(result.isSuccess, connected);
+        QStringList made;
+        for (const MIB_IPFORWARD_ROW2& row : api->routes)
+            made << prefixOf(row);
+        QCOMPARE(made, routes);
+        QCOMPARE(api->calls.contains("delete TAVERO IKEv2"), !connected);
+        // The lookup grew its one-record buffer to what the system asked for.
+        QCOMPARE(api->calls.filter("adapters").mid(0, 2),
+                 (QStringList{"adapters flags 16 room 376", "adapters flags 16 room 4096"}));
+        if (routeResults.value(1) == 5010)
+            QVERIFY(capture.contains(QtDebugMsg, "ERROR: OBJECT_ALREADY_EXISTS"));
+    }
+
+    void adapterLookup_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<quint32>("index");
+        QTest::addColumn<QStringList>("addresses");
+        QTest::newRow("exact name") << "TAVERO IKEv2" << 9u << QStringList{"10.8.0.2", "fe80::5"};
+        QTest::newRow("case differs") << "tavero ikev2" << 0u << QStringList{};
+        QTest::newRow("empty name matches the unnamed adapter") << "" << 4u << QStringList{};
+        QTest::newRow("unknown") << "Wi-Fi" << 0u << QStringList{};
+    }
+    void adapterLookup()
+    {
+        QFETCH(QString, name);
+        QFETCH(quint32, index);
+        QFETCH(QStringList, addresses);
+        api->addAdapter("Ethernet", 3, {"192.168.1.5"});
+        api->addAdapter("", 4, {});
+        api->addAdapter("TAVERO IKEv2", 9, {"10.8.0.2", "fe80::5"});
+        test::MessageCapture capture;
+        const AdapterInfo info = WindowsPlatform::getAdapterInfo(name);
+        QCOMPARE(info.interfaceIndex, index);
+        QStringList found;
+        for (const QHostAddress& address : info.addresses)
+            found << address.toString();
+        QCOMPARE(found, addresses);
+        QVERIFY(capture.count(QtDebugMsg, "Friendly Name:") >= (index ? 1 : 3));
+    }
+
+    void disconnectHangsUpOnlyAConnectedLine_data()
+    {
+        QTest::addColumn<bool>("connected");
+        QTest::newRow("connected") << true;
+        QTest::newRow("not connected") << false;
+    }
+    void disconnectHangsUpOnlyAConnectedLine()
+    {
+        QFETCH(bool, connected);
+        api->connected = connected;
+        WindowsPlatform platform;
+        QVERIFY(platform.disconnect().isSuccess);
+        QStringList expected{"enumerate room 1"};
+        if (connected)
+            expected << "hang up 119";
+        expected << "delete TAVERO PPTP"
+                 << "delete TAVERO L2TP"
+                 << "delete TAVERO IKEv2";
+        QCOMPARE(api->calls, expected);
+    }
+
+    void killSwitch()
+    {
+        const QUuid wired = QUuid::createUuid(), wifi = QUuid::createUuid(),
+                    off = QUuid::createUuid();
+        const std::vector<std::pair<QUuid, NETCON_STATUS>> machine{
+            {wired, NCS_CONNECTED}, {off, NCS_DISCONNECTED}, {wifi, NCS_MEDIA_DISCONNECTED}};
+        for (const auto& [id, status] : machine)
+            api->connections.m_items.push_back(
+                std::make_unique<FakeNetConnection>(api->calls, id, status));
+        WindowsPlatform platform;
+        QVERIFY(platform.turnOffInternet().isSuccess);
+        QCOMPARE(platform.rememberedConnections(), (QList<QUuid>{wired, wifi}));
+        QCOMPARE(api->calls.filter("connect"),
+                 (QStringList{"disconnect " + wired.toString(), "disconnect " + wifi.toString()}));
+        QVERIFY(platform.haveDisabledNetDevicesByKillSwitch());
+
+        // Nothing left to switch off: a failure, and the list stays.
+        for (auto& item : api->connections.m_items)
+            item->m_status = NCS_DISCONNECTED;
+        QCOMPARE(platform.turnOffInternet().message, "warning.failed_to_turn_off_the_internet");
+        QCOMPARE(platform.rememberedConnections().size(), 2);
+
+        // The user switched the wired line on already: only Wi-Fi comes back, both are forgotten.
+        api->connections.m_items[0]->m_status = NCS_CONNECTED;
+        api->calls.clear();
+        bool reenabled = false;
+        QVERIFY(platform.turnOnInternet(reenabled).isSuccess);
+        QVERIFY(reenabled);
+        QCOMPARE(api->calls.filter("connect"), QStringList{"connect " + wifi.toString()});
+        QVERIFY(!platform.haveDisabledNetDevicesByKillSwitch());
+        // Every fetched connection, the enumerator and the manager are released.
+        QCOMPARE(api->calls.count("release"), 5);
+
+        QCOMPARE(platform.turnOnInternet(reenabled).message,
+                 "warning.failed_to_turn_on_the_internet");
+        QVERIFY(!reenabled);
+    }
+
+    void connectionManagerUnavailable_data()
+    {
+        QTest::addColumn<qint64>("code");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("class not registered")
+            << qint64(0x80040154) << "Unable to connect to the manager (-2147221164)";
+        QTest::newRow("retry") << qint64(0x800704D5) << "warning.failed_to_turn_off_the_internet";
+    }
+    void connectionManagerUnavailable()
+    {
+        QFETCH(qint64, code);
+        QFETCH(QString, message);
+        api->managerResult = HRESULT(code);
+        test::MapTranslator translator;
+        translator.add("QObject", "warning.could_not_connect_to_the_connection_manager_library",
+                       "Unable to connect to the manager (%1)");
+        QCoreApplication::installTranslator(&translator);
+        WindowsPlatform platform;
+        QCOMPARE(platform.turnOffInternet().message, message);
+        QCoreApplication::removeTranslator(&translator);
+        QVERIFY(!platform.haveDisabledNetDevicesByKillSwitch());
+    }
+
+    void rdpListener_data()
+    {
+        QTest::addColumn<DWORD>("state");
+        QTest::addColumn<int>("port");
+        QTest::addColumn<bool>("listening");
+        QTest::newRow("listening on 3389") << DWORD(MIB_TCP_STATE_LISTEN) << 3389 << true;
+        QTest::newRow("listening elsewhere") << DWORD(MIB_TCP_STATE_LISTEN) << 3390 << false;
+        QTest::newRow("connection from 3389") << DWORD(MIB_TCP_STATE_ESTAB) << 3389 << false;
+    }
+    void rdpListener()
+    {
+        QFETCH(DWORD, state);
+        QFETCH(int, port);
+        QFETCH(bool, listening);
+        MIB_TCPROW other = {};
+        other.dwState = MIB_TCP_STATE_TIME_WAIT;
+        other.dwLocalPort = htons(443);
+        MIB_TCPROW row = {};
+        row.dwState = state;
+        row.dwLocalAddr = htonl(0x7F000001);
+        row.dwLocalPort = htons(u_short(port));
+        api->tcpRows = {other, row};
+        test::MessageCapture capture;
+        QCOMPARE(WindowsPlatform::IsRdpListening(), listening);
+        QVERIFY(capture.contains(QtDebugMsg, "TCP[0] State: 11 - TIME-WAIT"));
+        QVERIFY(capture.contains(QtDebugMsg, "Number of entries: 2"));
+        QCOMPARE(capture.contains(QtDebugMsg, "Found local RDP server"), listening);
+    }
+
+    void eventLog_data()
+    {
+        QTest::addColumn<int>("severity");
+        QTest::addColumn<QString>("event");
+        QTest::newRow("warning") << int(LoggerSeverity::Warning) << "type 2 category 0 id c0000101";
+        QTest::newRow("information")
+            << int(LoggerSeverity::Information) << "type 4 category 0 id c0000100";
+        QTest::newRow("error") << int(LoggerSeverity::Error) << "type 1 category 0 id c0000102";
+    }
+    void eventLog()
+    {
+        QFETCH(int, severity);
+        QFETCH(QString, event);
+        Logger logger;
+        logger.WriteLog(QString(), LoggerSeverity(severity));
+        QVERIFY(api->calls.isEmpty());
+        logger.WriteLog("tunnel up", LoggerSeverity(severity));
+        QCOMPARE(api->calls, (QStringList{"event source TAVERO",
+                                          "event " + event + " user set 'tunnel up' of 1",
+                                          "event source closed"}));
+    }
+
+    void elevationAndWarningBox()
+    {
+        qunsetenv("TAVERO_NO_ELEVATE");
+        QVERIFY(!WindowsPlatform::elevateToAdmin()); // declined
+        WindowsPlatform::showWarningBox("TAVERO", "no rights");
+        QCOMPARE(api->calls,
+                 (QStringList{"shell runas '" +
+                                  QFileInfo(QCoreApplication::applicationFilePath()).fileName() +
+                                  "' show 1 mask 0 params none",
+                              "box free 'TAVERO' 'no rights' style 30"}));
+    }
+
+    void runOnStart()
+    {
+        WindowsPlatform platform;
+        QSettings runList(WindowsPlatform::runKeyPath(), QSettings::NativeFormat);
+        runList.setValue("TAVERO", "C:\\elsewhere\\other.exe");
+        QVERIFY(platform.isRunOnStart());
+        platform.setRunOnStart(true);
+        runList.sync();
+        const QString program = runList.value("TAVERO").toString();
+        QCOMPARE(program, QDir::toNativeSeparators(QCoreApplication::applicationFilePath()));
+        platform.setRunOnStart(false);
+        QVERIFY(!platform.isRunOnStart());
+    }
+};
+
+TAVERO_TEST_GUILESS_MAIN(TestWindowsPlatform)
+#include "tst_windowsplatform.moc"
