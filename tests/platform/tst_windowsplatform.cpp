@@ -523,20 +523,6 @@ private slots:
                                   "' show 1 mask 0 params none",
                               "box free 'TAVERO' 'no rights' style 30"}));
     }
-
-    void runOnStart()
-    {
-        WindowsPlatform platform;
-        QSettings runList(WindowsPlatform::runKeyPath(), QSettings::NativeFormat);
-        runList.setValue("TAVERO", "C:\\elsewhere\\other.exe");
-        QVERIFY(platform.isRunOnStart());
-        platform.setRunOnStart(true);
-        runList.sync();
-        const QString program = runList.value("TAVERO").toString();
-        QCOMPARE(program, QDir::toNativeSeparators(QCoreApplication::applicationFilePath()));
-        platform.setRunOnStart(false);
-        QVERIFY(!platform.isRunOnStart());
-    }
 };
 
 TAVERO_TEST_GUILESS_MAIN(TestWindowsPlatform)
