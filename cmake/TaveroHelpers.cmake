@@ -1,6 +1,10 @@
 # Warnings for targets built from our own sources (never for generated or third-party code).
 function(tavero_warnings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wno-missing-field-initializers)
+    if(WIN32)
+        # GCC warns about Qt's friend declarations "redeclared without dllimport attribute".
+        target_compile_options(${target} PRIVATE -Wno-attributes)
+    endif()
     if(TAVERO_WERROR)
         target_compile_options(${target} PRIVATE -Werror)
     endif()

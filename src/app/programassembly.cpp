@@ -10,6 +10,7 @@
 #include "gui/shell/viewmanager.h"
 #include "manager/vpnmanager.h"
 #include "platform/iplatform.h"
+#include "platform/nativeplatform.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -146,11 +147,18 @@ void ProgramAssembly::consumeFirstRunMarker()
 
 void ProgramAssembly::showNoAdministratorWarning()
 {
+#ifdef Q_OS_WIN
+    // The system's own box, as the other start-up questions of the platform are.
+    NativePlatform::showWarningBox(
+        QCoreApplication::translate("Application", "title.application_name"),
+        QCoreApplication::translate("Application", "warning.running_without_admin_permissions"));
+#else
     QMessageBox box(
         QMessageBox::Warning, QCoreApplication::translate("Application", "title.application_name"),
         QCoreApplication::translate("Application", "warning.running_without_admin_permissions"),
         QMessageBox::Ok);
     box.exec();
+#endif
 }
 
 } // namespace tavero

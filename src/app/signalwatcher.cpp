@@ -1,5 +1,59 @@
 #include "app/signalwatcher.h"
 
+#include <QtGlobal>
+
+#ifdef Q_OS_WIN
+#include <QMetaObject>
+#include <QSocketNotifier>
+#include <atomic>
+#include <csignal>
+#include <windows.h>
+
+namespace tavero {
+namespace {
+
+std::atomic<SignalWatcher*> watcher{nullptr};
+
+// Runs on a thread the system makes for the event; the request reaches the watcher through its
+// event loop. Ctrl+C and Ctrl+Break stand for SIGINT, closing the console or ending the session
+// for SIGTERM.
+BOOL WINAPI onConsoleEvent(DWORD event)
+{
+    SignalWatcher* target = watcher.load();
+    if (!target)
+        return FALSE;
+    const int signalNumber = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT ? SIGINT : SIGTERM;
+    QMetaObject::invokeMethod(
+        target, [target, signalNumber] { emit target->stopRequested(signalNumber); },
+        Qt::QueuedConnection);
+    return TRUE;
+}
+
+} // namespace
+
+SignalWatcher::SignalWatcher(QObject* parent)
+    : QObject(parent)
+{
+    SignalWatcher* none = nullptr;
+    if (!watcher.compare_exchange_strong(none, this))
+        return;
+    m_active = SetConsoleCtrlHandler(onConsoleEvent, TRUE) != FALSE;
+    if (!m_active)
+        watcher.store(nullptr);
+}
+
+SignalWatcher::~SignalWatcher()
+{
+    if (m_active) {
+        SetConsoleCtrlHandler(onConsoleEvent, FALSE);
+        watcher.store(nullptr);
+    }
+}
+
+void SignalWatcher::readSignals() {}
+
+} // namespace tavero
+#else
 #include <QSocketNotifier>
 #include <atomic>
 #include <cerrno>
@@ -79,3 +133,4 @@ void SignalWatcher::readSignals()
 }
 
 } // namespace tavero
+#endif

@@ -21,8 +21,10 @@ QString signalName(int signalNumber)
         return QStringLiteral("SIGINT");
     case SIGTERM:
         return QStringLiteral("SIGTERM");
+#ifdef SIGHUP
     case SIGHUP:
         return QStringLiteral("SIGHUP");
+#endif
     default:
         return QStringLiteral("signal %1").arg(signalNumber);
     }

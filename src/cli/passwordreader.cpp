@@ -1,12 +1,47 @@
 #include "cli/passwordreader.h"
 
 #include <QByteArray>
+#ifdef Q_OS_WIN
+#include <io.h>
+#include <windows.h>
+#else
 #include <termios.h>
 #include <unistd.h>
+#endif
 
 namespace tavero::cli {
 namespace {
 
+#ifdef Q_OS_WIN
+// Restores the console's echo on every way out of the read.
+class EchoOff {
+public:
+    explicit EchoOff(int fd)
+        : m_console(reinterpret_cast<HANDLE>(::_get_osfhandle(fd)))
+    {
+        if (!GetConsoleMode(m_console, &m_saved))
+            return;
+        m_active = SetConsoleMode(m_console, m_saved & ~static_cast<DWORD>(ENABLE_ECHO_INPUT));
+    }
+    ~EchoOff()
+    {
+        if (m_active)
+            SetConsoleMode(m_console, m_saved);
+    }
+    EchoOff(const EchoOff&) = delete;
+    EchoOff& operator=(const EchoOff&) = delete;
+
+private:
+    HANDLE m_console;
+    DWORD m_saved = 0;
+    bool m_active = false;
+};
+
+bool isTerminal(int fd)
+{
+    return ::_isatty(fd) != 0;
+}
+#else
 // Restores the terminal's echo on every way out of the read.
 class EchoOff {
 public:
@@ -33,6 +68,12 @@ private:
     bool m_active = false;
 };
 
+bool isTerminal(int fd)
+{
+    return ::isatty(fd) != 0;
+}
+#endif
+
 bool readLine(std::FILE* input, QByteArray& line)
 {
     line.clear();
@@ -57,8 +98,8 @@ bool PasswordReader::read(QString& password)
 {
     QByteArray line;
     bool ok = false;
-    const int fd = ::fileno(m_input);
-    if (fd >= 0 && ::isatty(fd)) {
+    const int fd = fileno(m_input);
+    if (fd >= 0 && isTerminal(fd)) {
         std::fputs("Password: ", m_promptStream);
         std::fflush(m_promptStream);
         {

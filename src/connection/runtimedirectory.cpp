@@ -44,7 +44,7 @@ QByteArray startTimeOf(qint64 pid)
 }
 
 // Running, as opposed to ended: a zombie has released its files (and with them the tun device).
-bool isRunning(qint64 pid)
+[[maybe_unused]] bool isRunning(qint64 pid)
 {
     const QList<QByteArray> fields = statFields(pid);
     return !fields.isEmpty() && fields.first() != "Z" && fields.first() != "X";
@@ -52,7 +52,7 @@ bool isRunning(qint64 pid)
 
 // True only for a process whose command line runs OpenVPN on exactly this configuration: the
 // path is unique to one run in our private directory, so a pid taken by another program fails.
-bool runsConfiguration(qint64 pid, const QString& configPath)
+[[maybe_unused]] bool runsConfiguration(qint64 pid, const QString& configPath)
 {
     const QList<QByteArray> arguments = procFile(pid, "cmdline").split('\0');
     for (int i = 0; i + 1 < arguments.size(); ++i) {
@@ -62,7 +62,7 @@ bool runsConfiguration(qint64 pid, const QString& configPath)
     return false;
 }
 
-bool stopLeftover(qint64 pid, const QString& configPath)
+[[maybe_unused]] bool stopLeftover(qint64 pid, const QString& configPath)
 {
 #ifdef Q_OS_LINUX
     if (pid <= 0 || !runsConfiguration(pid, configPath))

@@ -12,18 +12,25 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QThread>
+#ifndef Q_OS_WIN
 #include <sys/stat.h>
 #include <unistd.h>
+#endif
 
 namespace tavero {
 
 namespace {
 const QString clientPackage = QStringLiteral("tavero");
+#ifdef Q_OS_WIN
+const QString clientProgram = QStringLiteral("tavero.exe");
+#else
 const QString clientProgram = QStringLiteral("tavero");
+#endif
 constexpr int toolTimeoutMs = 60000;
 // An installation may wait for a password prompt and for other package managers.
 constexpr int installerTimeoutMs = 30 * 60 * 1000;
 
+#ifndef Q_OS_WIN
 // Standard output of a short-lived tool, or a null string when it could not run or failed.
 QString runTool(const QString& program, const QStringList& arguments, QString* error = nullptr)
 {
@@ -74,6 +81,7 @@ bool isNewer(const QString& version, const QString& than)
 {
     return !runTool(QStringLiteral("dpkg"), {"--compare-versions", version, "gt", than}).isNull();
 }
+#endif
 
 bool startsWith(const QString& path, const QByteArray& magic)
 {
@@ -94,6 +102,9 @@ UpdateRunner::Outcome UpdateRunner::run()
                       QStringLiteral("There is no downloaded update to install (%1).")
                           .arg(QDir::toNativeSeparators(update.absoluteFilePath())));
     QString path = update.absoluteFilePath();
+#ifdef Q_OS_WIN
+    return installSetupProgram(path);
+#else
     if (!onlyWeCanWrite(path))
         return refuse(Outcome::NotInstallable,
                       QStringLiteral("The downloaded update lies where others could have changed "
@@ -172,7 +183,52 @@ UpdateRunner::Outcome UpdateRunner::run()
     if (!m_restarted)
         m_message += QStringLiteral(" Start it again to use the new version.");
     return Outcome::Installed;
+#endif
 }
+
+#ifdef Q_OS_WIN
+UpdateRunner::Outcome UpdateRunner::installSetupProgram(const QString& path)
+{
+    if (!startsWith(path, "MZ"))
+        return refuse(Outcome::NotInstallable,
+                      QStringLiteral("The downloaded update is not a Windows installer (%1); it "
+                                     "was not installed.")
+                          .arg(QDir::toNativeSeparators(path)));
+    // The installer replaces the running programs' files, so the client must have gone first.
+    if (!waitUntilTheClientExited())
+        return refuse(Outcome::InstallFailed,
+                      QStringLiteral("The client is still running; the update was not installed."));
+    QStringList command = m_options.installerCommand;
+    // Without a given installer the downloaded setup program runs itself, silently.
+    if (command.isEmpty())
+        command = QStringList{path, QStringLiteral("/S")};
+    else
+        command << path;
+    const QString program = command.takeFirst();
+    QProcess installer;
+    installer.setProcessChannelMode(QProcess::ForwardedChannels);
+    installer.start(program, command);
+    if (!installer.waitForStarted(toolTimeoutMs))
+        return refuse(Outcome::InstallFailed,
+                      QStringLiteral("The installer %1 could not be started.").arg(program));
+    if (!installer.waitForFinished(installerTimeoutMs)) {
+        installer.kill();
+        installer.waitForFinished();
+        return refuse(Outcome::InstallFailed, QStringLiteral("The installer did not finish."));
+    }
+    if (installer.exitStatus() != QProcess::NormalExit || installer.exitCode() != 0)
+        return refuse(Outcome::InstallFailed,
+                      QStringLiteral("Installing the update failed (the installer ended with %1).")
+                          .arg(installer.exitCode()));
+    QFile::remove(path);
+    m_message = QStringLiteral("The Tavero update was installed.");
+    const QString programs = m_options.programDirectory;
+    m_restarted = QProcess::startDetached(QDir(programs).filePath(clientProgram), {}, programs);
+    if (!m_restarted)
+        m_message += QStringLiteral(" Start it again to use the new version.");
+    return Outcome::Installed;
+}
+#endif
 
 UpdateRunner::Outcome UpdateRunner::refuse(Outcome outcome, const QString& message)
 {
@@ -180,6 +236,7 @@ UpdateRunner::Outcome UpdateRunner::refuse(Outcome outcome, const QString& messa
     return outcome;
 }
 
+#ifndef Q_OS_WIN
 bool UpdateRunner::readPackageFields(const QString& path, PackageFields& fields,
                                      QString& error) const
 {
@@ -220,6 +277,7 @@ QStringList UpdateRunner::installerCommand() const
         return {};
     return QStringList{pkexec} + aptInstall;
 }
+#endif
 
 bool UpdateRunner::waitUntilTheClientExited() const
 {

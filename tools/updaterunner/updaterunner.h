@@ -8,6 +8,11 @@ namespace tavero {
 // Installs an update the client downloaded. The client saves the installer as "update.exe" and
 // starts the runner; on Linux the file is expected to be a Debian package of the client.
 //
+// On Windows it is the client's setup program: run() checks that it exists and is a Windows
+// program, waits until the client has gone, runs it silently ("/S", or the given installer
+// command with the file's path), removes it and starts tavero.exe from the program directory.
+// Failures map to the same outcomes as below.
+//
 // run(), in order:
 //  1. The update file must exist and hold data; otherwise NoUpdate.
 //  2. It must be a Debian package (checked with dpkg-deb) named "tavero" for this machine's
@@ -57,6 +62,7 @@ private:
     };
 
     Outcome refuse(Outcome outcome, const QString& message);
+    Outcome installSetupProgram(const QString& path);
     bool readPackageFields(const QString& path, PackageFields& fields, QString& error) const;
     QStringList installerCommand() const;
     bool waitUntilTheClientExited() const;
