@@ -1,5 +1,4 @@
 #include "connection/connectionchain.h"
-#include "gui/pages/serverselectionwidget.h"
 #include "gui/shell/logincontroller.h"
 #include "gui/shell/serverselectioncontroller.h"
 #include "gui/shell/statuscontroller.h"
@@ -12,7 +11,6 @@
 #include "support/testplatform.h"
 
 #include <QTranslator>
-#include <QTreeWidget>
 #include <memory>
 
 using tavero::ConnectionChain;
@@ -268,30 +266,7 @@ private slots:
         QVERIFY(m_view->calls().isEmpty());
     }
 
-    // The server page over the controller: fresh loads reach the rows shown, choosing a row
-    // selects its country and returns to the status page.
-    void serverPageSelectsTheChosenRow()
-    {
-        Gui::ServerSelectionWidget page(manager(), *m_servers);
-        page.fillUp();
-        auto* tree = page.findChild<QTreeWidget*>("treeServers");
-        QVERIFY(tree);
-        QTreeWidgetItem* france = nullptr;
-        for (int i = 0; i < tree->topLevelItemCount(); ++i) {
-            if (tree->topLevelItem(i)->text(1).contains("France"))
-                france = tree->topLevelItem(i);
-        }
-        QVERIFY(france);
-        QVERIFY(QMetaObject::invokeMethod(&page, "updateServersLoading"));
-        QCOMPARE(france->text(2), "0%");
-        tree->setCurrentItem(france);
-        QCOMPARE(manager().settings().serverName(), "fr-1");
-        QCOMPARE(m_view->currentPage(), "goToStatus(false)");
-        QVERIFY(QMetaObject::invokeMethod(&page, "onGoToBack"));
-    }
-
-    // A refused disconnect and a refused log-in are shown; settings and information open over
-    // the page.
+    // A refused disconnect and a refused log-in are shown.
     void refusalsAreShown()
     {
         QVERIFY(m_fixture->connect());
@@ -303,9 +278,6 @@ private slots:
         QVERIFY(!login.login(QStringLiteral("user@vpn.test"), QStringLiteral("wrong")));
         QCOMPARE(boxes().size(), 2);
         QCOMPARE(boxes().last(), QStringLiteral("Wrong login or password."));
-        m_status->showSettings();
-        m_status->showInformation();
-        QCOMPARE(m_view->calls(), (QStringList{"goToSettings", "goToInformation"}));
     }
 };
 
