@@ -188,6 +188,22 @@ private slots:
         QCOMPARE(status.connects() > connects, reconnects);
         QVERIFY(status.connected());
     }
+
+    // The chain's reports reach the user as tray bubbles (none for a failed re-establishment),
+    // with the page waiting while it re-establishes.
+    void chainReportsBecomeBubbles()
+    {
+        StatusPage status;
+        QSignalSpy stopped(&status.page, &Gui::AbstractContentPage::aboutToStopWaiting);
+        emit status.chain().protocolChanged();
+        emit status.chain().protocolsExpired();
+        for (const bool success : {false, true}) {
+            emit status.chain().reestablishStarted();
+            emit status.chain().reestablishFinished(success);
+        }
+        QCOMPARE(stopped.count(), 2);
+        QCOMPARE(status.viewManager.fakeBubbles().texts().size(), 3);
+    }
 };
 
 TAVERO_TEST_GUI_MAIN(TestStatusWidget)
