@@ -1,4 +1,5 @@
 #include "connection/connectionchain.h"
+#include "gui/pages/serverselectionwidget.h"
 #include "gui/shell/logincontroller.h"
 #include "gui/shell/serverselectioncontroller.h"
 #include "gui/shell/statuscontroller.h"
@@ -11,6 +12,7 @@
 #include "support/testplatform.h"
 
 #include <QTranslator>
+#include <QTreeWidget>
 #include <memory>
 
 using tavero::ConnectionChain;
@@ -264,6 +266,28 @@ private slots:
         m_servers->onSwitchToNextServer();
         QCOMPARE(manager().settings().serverName(), next);
         QVERIFY(m_view->calls().isEmpty());
+    }
+
+    // The server page over the controller: fresh loads reach the rows shown, choosing a row
+    // selects its country and returns to the status page.
+    void serverPageSelectsTheChosenRow()
+    {
+        Gui::ServerSelectionWidget page(manager(), *m_servers);
+        page.fillUp();
+        auto* tree = page.findChild<QTreeWidget*>("treeServers");
+        QVERIFY(tree);
+        QTreeWidgetItem* france = nullptr;
+        for (int i = 0; i < tree->topLevelItemCount(); ++i) {
+            if (tree->topLevelItem(i)->text(1).contains("France"))
+                france = tree->topLevelItem(i);
+        }
+        QVERIFY(france);
+        QVERIFY(QMetaObject::invokeMethod(&page, "updateServersLoading"));
+        QCOMPARE(france->text(2), "0%");
+        tree->setCurrentItem(france);
+        QCOMPARE(manager().settings().serverName(), "fr-1");
+        QCOMPARE(m_view->currentPage(), "goToStatus(false)");
+        QVERIFY(QMetaObject::invokeMethod(&page, "onGoToBack"));
     }
 
     // A refused disconnect and a refused log-in are shown.
