@@ -73,25 +73,22 @@ private slots:
         QTest::addColumn<QString>("expectedStored");
         QTest::addColumn<QString>("expectedInstalled"); // empty: nothing installed
 
-        const QVariant noFile;
-        QTest::newRow("fresh, system Italian falls back to English")
-            << noFile << QString() << QLocale::Italian << "eng"
-            << "eng";
-        QTest::newRow("stored German wins over the system")
-            << noFile << "ger" << QLocale::French << "ger"
-            << "ger";
-        QTest::newRow("stored display name is not a code")
-            << noFile << "English" << QLocale::Spanish << "spa"
-            << "spa";
-        QTest::newRow("hand-over wins over the stored choice")
-            << QVariant(QByteArray("spa")) << "ger" << QLocale::French << "spa"
-            << "spa";
-        QTest::newRow("hand-over with a trailing line break switches nothing")
-            << QVariant(QByteArray("spa\n")) << "ger" << QLocale::French << "ger"
-            << "";
-        QTest::newRow("hand-over of an unknown code")
-            << QVariant(QByteArray("ita")) << "" << QLocale::French << ""
-            << "";
+        const auto row = [](const char* name, const QVariant& handOver, const QString& stored,
+                            QLocale::Language system, const QString& expectedStored,
+                            const QString& expectedInstalled) {
+            QTest::newRow(name) << handOver << stored << system << expectedStored
+                                << expectedInstalled;
+        };
+        const QVariant none;
+        row("fresh, system Italian falls back to English", none, "", QLocale::Italian, "eng",
+            "eng");
+        row("stored German wins over the system", none, "ger", QLocale::French, "ger", "ger");
+        row("stored display name is not a code", none, "English", QLocale::Spanish, "spa", "spa");
+        row("hand-over wins over the stored choice", QByteArray("spa"), "ger", QLocale::French,
+            "spa", "spa");
+        row("hand-over with a trailing line break switches nothing", QByteArray("spa\n"), "ger",
+            QLocale::French, "ger", "");
+        row("hand-over of an unknown code", QByteArray("ita"), "", QLocale::French, "", "");
     }
 
     void startupChoice()

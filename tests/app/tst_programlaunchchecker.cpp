@@ -1,7 +1,5 @@
 // The launch check between real processes: a helper program plays the other copy of the client.
 #include "app/programlaunchchecker.h"
-#include "support/maptranslator.h"
-#include "support/messageboxdriver.h"
 #include "support/testmain.h"
 
 #include <QAbstractButton>
@@ -11,9 +9,6 @@
 #include <QTimer>
 #include <memory>
 #include <vector>
-
-using tavero::test::MapTranslator;
-using tavero::test::MessageBoxDriver;
 
 namespace {
 
@@ -184,28 +179,6 @@ private slots:
         QCOMPARE(boxes, 1);
         if (!yes)
             QCOMPARE(running.ask("check"), QString("held")); // the running copy is untouched
-    }
-
-    void checkDlgWarnsInTheInterfaceLanguage()
-    {
-        const QString name = uniqueName();
-        Copy running(name);
-        QCOMPARE(running.firstAnswer(), QString("running"));
-
-        MapTranslator german;
-        german.add("QObject", "label.program_is_already_running",
-                   "Die Anwendung „%1“ wird bereits ausgeführt");
-        QCoreApplication::installTranslator(&german);
-        MessageBoxDriver driver;
-        driver.clickOnNextBox("OK");
-        const bool refused = ProgramLaunchChecker::checkDlg(name, QStringLiteral("TAVERO"));
-        QCoreApplication::removeTranslator(&german);
-
-        QVERIFY(refused);
-        QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join('\n')));
-        QCOMPARE(driver.seen().size(), 1);
-        const MessageBoxDriver::SeenBox& box = driver.seen().first();
-        QCOMPARE(box.text, QString("Die Anwendung „TAVERO“ wird bereits ausgeführt"));
     }
 };
 

@@ -57,6 +57,9 @@ private slots:
         env.insert("HOME", bin.path());
         env.insert("XDG_CONFIG_HOME", bin.path());
         env.insert("TAVERO_MARK", "kept");
+        // The user's environment may not point a root copy at another service or authority.
+        env.insert("TAVERO_API_URL", "https://attacker.example");
+        env.insert("TAVERO_CA_FILE", "/tmp/attacker.pem");
         env.remove("TAVERO_NO_ELEVATE");
         first.setProcessEnvironment(env);
         first.start(setpriv, {"--reuid=65534", "--regid=65534", "--clear-groups", "--inh-caps=-all",
@@ -72,6 +75,7 @@ private slots:
         QVERIFY2(line.contains("DISPLAY=:987"), line.constData());
         QVERIFY2(line.contains("TAVERO_MARK=kept"), line.constData());
         QVERIFY2(line.contains("TAVERO_ELEVATED=1"), line.constData());
+        QVERIFY2(!line.contains("attacker"), line.constData());
         QProcess::execute("pkill", {"-f", "-u", "65534", executable()});
     }
 };

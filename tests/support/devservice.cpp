@@ -28,24 +28,8 @@ QString devServiceProgram()
            QStringLiteral("/tools/devservice/tavero-devservice");
 }
 
-QString failureName(DevService::Failure failure)
-{
-    switch (failure) {
-    case DevService::Failure::Status:
-        return QStringLiteral("status");
-    case DevService::Failure::Body:
-        return QStringLiteral("body");
-    case DevService::Failure::Garbage:
-        return QStringLiteral("garbage");
-    case DevService::Failure::Empty:
-        return QStringLiteral("empty");
-    case DevService::Failure::Close:
-        return QStringLiteral("close");
-    case DevService::Failure::Delay:
-        return QStringLiteral("delay");
-    }
-    return {};
-}
+// In the order of DevService::Failure.
+const char* const failureNames[] = {"status", "body", "garbage", "empty", "close", "delay"};
 
 } // namespace
 
@@ -192,7 +176,7 @@ bool DevService::failNext(const QString& path, int count, Failure failure, int h
     QUrlQuery query;
     query.addQueryItem(QStringLiteral("path"), path);
     query.addQueryItem(QStringLiteral("count"), QString::number(count));
-    query.addQueryItem(QStringLiteral("mode"), failureName(failure));
+    query.addQueryItem(QStringLiteral("mode"), QString::fromLatin1(failureNames[int(failure)]));
     if (httpStatus > 0)
         query.addQueryItem(QStringLiteral("status"), QString::number(httpStatus));
     if (delayMs > 0)
@@ -208,16 +192,6 @@ bool DevService::replyNext(const QString& path, int count, int httpStatus, const
 bool DevService::delayNext(const QString& path, int count, int delayMs)
 {
     return failNext(path, count, Failure::Delay, 0, {}, delayMs);
-}
-
-QMap<QString, int> DevService::requestCounts()
-{
-    QMap<QString, int> counts;
-    const QJsonObject answer = control("GET", QStringLiteral("/counters"), {});
-    const QJsonObject object = answer.value(QStringLiteral("counts")).toObject();
-    for (auto it = object.begin(); it != object.end(); ++it)
-        counts.insert(it.key(), it.value().toInt());
-    return counts;
 }
 
 int DevService::requestCount(const QString& path)

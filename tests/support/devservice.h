@@ -4,7 +4,6 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QMap>
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -83,7 +82,6 @@ public:
     bool delayNext(const QString& path, int count, int delayMs);
     // Requests per path since the last reset ("/hotspots", "probe:/", ...); -1 on failure.
     int requestCount(const QString& path);
-    QMap<QString, int> requestCounts();
     // The last requests in full: objects with method, path, target, authorization, accept,
     // content_type, body.
     QJsonArray requests();

@@ -2,7 +2,7 @@
 
 #include "api/serverlistgettingresult.h"
 #include "connection/connectionchain.h"
-#include "support/concurrentfakeserverapi.h"
+#include "support/fakeserverapi.h"
 
 #include <memory>
 
@@ -14,7 +14,7 @@ namespace tavero::test {
 
 class TestPlatform;
 
-// A VPN manager over ConcurrentFakeServerApi and TestPlatform with a fresh settings store, for
+// A VPN manager over FakeServerApi and TestPlatform with a fresh settings store, for
 // tests above the manager. The chain's keeper is slowed down so it never checks during a test,
 // and the administrator answer is forced to yes so the chain offers IKEv2 on any machine. OpenVPN
 // is not offered, so every attempt is an IKEv2 dial through TestPlatform.
@@ -25,7 +25,7 @@ public:
     ManagerFixture(const ManagerFixture&) = delete;
     ManagerFixture& operator=(const ManagerFixture&) = delete;
 
-    ConcurrentFakeServerApi& api() { return m_api; }
+    FakeServerApi& api() { return m_api; }
     TestPlatform& platform() { return *m_platform; }
     VpnManager& manager() { return *m_managerView; }
     // Hands the manager (with the platform) to a new owner; manager() and platform() stay usable
@@ -48,7 +48,7 @@ public:
     static ConnectionChain::Options quietChainOptions();
 
 private:
-    ConcurrentFakeServerApi m_api;
+    FakeServerApi m_api;
     TestPlatform* m_platform = nullptr; // owned by the manager
     std::unique_ptr<VpnManager> m_manager;
     VpnManager* m_managerView = nullptr;

@@ -1,5 +1,6 @@
 #include "support/messagecapture.h"
 
+#include <algorithm>
 #include <atomic>
 
 namespace tavero::test {
@@ -29,36 +30,12 @@ void MessageCapture::handler(QtMsgType type, const QMessageLogContext&, const QS
     capture->m_messages.append({type, text});
 }
 
-QStringList MessageCapture::messages(QtMsgType type) const
-{
-    const QMutexLocker locker(&m_mutex);
-    QStringList texts;
-    for (const auto& message : m_messages) {
-        if (message.first == type)
-            texts << message.second;
-    }
-    return texts;
-}
-
-bool MessageCapture::contains(QtMsgType type, const QString& prefix) const
-{
-    return count(type, prefix) > 0;
-}
-
 int MessageCapture::count(QtMsgType type, const QString& prefix) const
 {
-    int found = 0;
-    for (const QString& text : messages(type)) {
-        if (text.startsWith(prefix))
-            ++found;
-    }
-    return found;
-}
-
-void MessageCapture::clear()
-{
     const QMutexLocker locker(&m_mutex);
-    m_messages.clear();
+    return int(std::count_if(m_messages.begin(), m_messages.end(), [&](const auto& message) {
+        return message.first == type && message.second.startsWith(prefix);
+    }));
 }
 
 } // namespace tavero::test

@@ -15,12 +15,9 @@ public:
     MessageCapture& operator=(const MessageCapture&) = delete;
     ~MessageCapture();
 
-    // Messages of this type so far, in order (any thread).
-    QStringList messages(QtMsgType type) const;
-    // True when some message of this type starts with `prefix`.
-    bool contains(QtMsgType type, const QString& prefix) const;
+    // Messages of this type so far (any thread) that start with `prefix`.
     int count(QtMsgType type, const QString& prefix) const;
-    void clear();
+    bool contains(QtMsgType type, const QString& prefix) const { return count(type, prefix) > 0; }
 
 private:
     static void handler(QtMsgType type, const QMessageLogContext& context, const QString& text);

@@ -1,13 +1,19 @@
 #pragma once
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QImage>
 
 namespace tavero::test {
 
 // `image` encoded as PNG, as the service sends flag pictures.
-QByteArray pngBytes(const QImage& image);
-// A picture of one colour as PNG bytes.
-QByteArray pngBytes(const QColor& color, const QSize& size = QSize(60, 45));
+inline QByteArray pngBytes(const QImage& image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
 
 } // namespace tavero::test

@@ -2,7 +2,6 @@
 
 #include <QFile>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <csignal>
 
 namespace tavero::test {
@@ -29,7 +28,7 @@ QVector<StandInLog::Start> StandInLog::starts() const
         const QJsonObject line = QJsonDocument::fromJson(file.readLine()).object();
         if (!line.isEmpty())
             result.append({line.value(QLatin1String("pid")).toVariant().toLongLong(),
-                           line.value(QLatin1String("config")).toString()});
+                           line.value(QLatin1String("config")).toString(), line});
     }
     return result;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 #include <QTemporaryDir>
 #include <QVector>
@@ -14,6 +15,7 @@ public:
     struct Start {
         qint64 pid = 0;
         QString config;
+        QJsonObject entry; // also cwd, mode (octal text) and text of the configuration
     };
 
     StandInLog();

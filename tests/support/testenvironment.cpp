@@ -8,14 +8,10 @@ namespace tavero::test {
 TestEnvironment::TestEnvironment()
     : m_home(QDir::tempPath() + QStringLiteral("/tavero-test-XXXXXX"))
 {
-    QDir().mkpath(configHome());
+    const QString configHome = m_home.path() + QStringLiteral("/config");
+    QDir().mkpath(configHome);
     qputenv("HOME", QFile::encodeName(m_home.path()));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(configHome()));
-}
-
-QString TestEnvironment::configHome() const
-{
-    return m_home.path() + QStringLiteral("/config");
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(configHome));
 }
 
 void TestEnvironment::clearSettings()

@@ -12,7 +12,6 @@ public:
     TestEnvironment();
 
     QString home() const { return m_home.path(); }
-    QString configHome() const;
 
     // Removes every stored setting (a fresh user).
     static void clearSettings();

@@ -1,9 +1,7 @@
 #include "support/testplatform.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QThread>
-#include <algorithm>
 
 namespace tavero::test {
 namespace {
@@ -62,31 +60,6 @@ void TestPlatform::setConnectDelay(int milliseconds)
     m_connectDelayMs = milliseconds;
 }
 
-bool TestPlatform::waitForCall(const QString& operation, int count, int timeoutMs) const
-{
-    const QDeadlineTimer deadline(timeoutMs);
-    QMutexLocker locker(&m_mutex);
-    const auto calledEnough = [&] {
-        return std::count_if(m_calls.cbegin(), m_calls.cend(), [&](const Call& call) {
-                   return call.operation == operation;
-               }) >= count;
-    };
-    while (!calledEnough()) {
-        if (deadline.hasExpired())
-            return false;
-        // Calls made on this thread from queued work need the event loop to run.
-        if (QThread::currentThread() == QCoreApplication::instance()->thread()) {
-            locker.unlock();
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-            locker.relock();
-            m_changed.wait(&m_mutex, 1);
-        } else {
-            m_changed.wait(&m_mutex, QDeadlineTimer(qMin<qint64>(deadline.remainingTime(), 50)));
-        }
-    }
-    return true;
-}
-
 QVector<TestPlatform::Call> TestPlatform::calls() const
 {
     const QMutexLocker locker(&m_mutex);
@@ -126,29 +99,35 @@ void TestPlatform::record(const QString& operation, const QVariantList& argument
     m_changed.wakeAll();
 }
 
-bool TestPlatform::nextAnswer(const QString& operation, bool fallback)
+bool TestPlatform::answer(const char* operation, bool fallback, bool recorded)
 {
+    const QString name = QString::fromLatin1(operation);
+    if (!recorded)
+        record(name, {});
     const QMutexLocker locker(&m_mutex);
-    auto queue = m_answers.find(operation);
+    auto queue = m_answers.find(name);
     return queue != m_answers.end() && !queue->isEmpty() ? queue->dequeue() : fallback;
 }
 
-OperationResult TestPlatform::nextResult(const QString& operation, const OperationResult& fallback)
+OperationResult TestPlatform::result(const char* operation, const OperationResult& fallback,
+                                     bool recorded)
 {
+    const QString name = QString::fromLatin1(operation);
+    if (!recorded)
+        record(name, {});
     const QMutexLocker locker(&m_mutex);
-    auto queue = m_results.find(operation);
+    auto queue = m_results.find(name);
     return queue != m_results.end() && !queue->isEmpty() ? queue->dequeue() : fallback;
 }
 
 bool TestPlatform::isRunOnStart()
 {
-    record(QStringLiteral("isRunOnStart"), {});
     bool stored = false;
     {
         const QMutexLocker locker(&m_mutex);
         stored = m_runOnStart;
     }
-    return nextAnswer(QStringLiteral("isRunOnStart"), stored);
+    return answer("isRunOnStart", stored);
 }
 
 void TestPlatform::setRunOnStart(bool run)
@@ -158,39 +137,9 @@ void TestPlatform::setRunOnStart(bool run)
     m_runOnStart = run;
 }
 
-bool TestPlatform::pptpSupports()
+OperationResult TestPlatform::connectCall(const char* operation, const QVariantList& arguments)
 {
-    record(QStringLiteral("pptpSupports"), {});
-    return nextAnswer(QStringLiteral("pptpSupports"), true);
-}
-
-bool TestPlatform::l2tpSupports()
-{
-    record(QStringLiteral("l2tpSupports"), {});
-    return nextAnswer(QStringLiteral("l2tpSupports"), true);
-}
-
-bool TestPlatform::isPptpAsync()
-{
-    record(QStringLiteral("isPptpAsync"), {});
-    return nextAnswer(QStringLiteral("isPptpAsync"), true);
-}
-
-bool TestPlatform::isL2tpAsync()
-{
-    record(QStringLiteral("isL2tpAsync"), {});
-    return nextAnswer(QStringLiteral("isL2tpAsync"), true);
-}
-
-OperationResult TestPlatform::disconnect()
-{
-    record(QStringLiteral("disconnect"), {});
-    return nextResult(QStringLiteral("disconnect"), OperationResult());
-}
-
-OperationResult TestPlatform::connectCall(const QString& operation, const QVariantList& arguments)
-{
-    record(operation, arguments);
+    record(QString::fromLatin1(operation), arguments);
     int delayMs = 0;
     {
         QMutexLocker locker(&m_mutex);
@@ -200,34 +149,15 @@ OperationResult TestPlatform::connectCall(const QString& operation, const QVaria
     }
     if (delayMs > 0)
         QThread::msleep(static_cast<unsigned long>(delayMs));
-    return nextResult(operation, OperationResult());
-}
-
-OperationResult TestPlatform::connectPptp(const QString& host, const QString& user,
-                                          const QString& password)
-{
-    return connectCall(QStringLiteral("connectPptp"), {host, user, password});
-}
-
-OperationResult TestPlatform::connectL2tp(const QString& host, const QString& user,
-                                          const QString& password, const QString& preSharedKey)
-{
-    return connectCall(QStringLiteral("connectL2tp"), {host, user, password, preSharedKey});
-}
-
-OperationResult TestPlatform::connectIKEv2(const QString& host, const QString& user,
-                                           const QString& password, bool withoutAdminRights)
-{
-    return connectCall(QStringLiteral("connectIKEv2"), {host, user, password, withoutAdminRights});
+    return result(operation, {}, true);
 }
 
 OperationResult TestPlatform::turnOffInternet()
 {
-    record(QStringLiteral("turnOffInternet"), {});
-    const OperationResult result = nextResult(QStringLiteral("turnOffInternet"), OperationResult());
+    const OperationResult answer = result("turnOffInternet", {});
     const QMutexLocker locker(&m_mutex);
     m_networkOff = true;
-    return result;
+    return answer;
 }
 
 bool TestPlatform::switchOn()
@@ -242,25 +172,12 @@ OperationResult TestPlatform::turnOnInternet(bool& reenabled)
 {
     record(QStringLiteral("turnOnInternet"), {});
     const bool wasOff = switchOn();
-    reenabled = nextAnswer(QStringLiteral("turnOnInternet"), wasOff);
-    const OperationResult fallback =
-        wasOff ? OperationResult()
-               : OperationResult(QCoreApplication::translate(
-                     "QObject", "warning.failed_to_turn_on_the_internet"));
-    return nextResult(QStringLiteral("turnOnInternet"), fallback);
-}
-
-bool TestPlatform::haveDisabledNetDevicesByKillSwitch()
-{
-    record(QStringLiteral("haveDisabledNetDevicesByKillSwitch"), {});
-    return nextAnswer(QStringLiteral("haveDisabledNetDevicesByKillSwitch"), isNetworkOff());
-}
-
-bool TestPlatform::turnOnNetDevices()
-{
-    record(QStringLiteral("turnOnNetDevices"), {});
-    const bool wasOff = switchOn();
-    return nextAnswer(QStringLiteral("turnOnNetDevices"), wasOff);
+    reenabled = answer("turnOnInternet", wasOff, true);
+    return result("turnOnInternet",
+                  wasOff ? OperationResult()
+                         : OperationResult(QCoreApplication::translate(
+                               "QObject", "warning.failed_to_turn_on_the_internet")),
+                  true);
 }
 
 } // namespace tavero::test

@@ -50,9 +50,6 @@ public:
     void releaseConnects();
     // Every connect operation takes this long before answering (0: answers at once).
     void setConnectDelay(int milliseconds);
-    // Waits until `operation` has been called `count` times in all; false when `timeoutMs` passes
-    // first.
-    bool waitForCall(const QString& operation, int count = 1, int timeoutMs = 5000) const;
 
     QVector<Call> calls() const;
     QStringList callNames() const;
@@ -63,27 +60,41 @@ public:
 
     bool isRunOnStart() override;
     void setRunOnStart(bool run) override;
-    bool pptpSupports() override;
-    bool l2tpSupports() override;
-    bool isPptpAsync() override;
-    bool isL2tpAsync() override;
-    OperationResult disconnect() override;
+    bool pptpSupports() override { return answer("pptpSupports", true); }
+    bool l2tpSupports() override { return answer("l2tpSupports", true); }
+    bool isPptpAsync() override { return answer("isPptpAsync", true); }
+    bool isL2tpAsync() override { return answer("isL2tpAsync", true); }
+    OperationResult disconnect() override { return result("disconnect", {}); }
     OperationResult connectPptp(const QString& host, const QString& user,
-                                const QString& password) override;
+                                const QString& password) override
+    {
+        return connectCall("connectPptp", {host, user, password});
+    }
     OperationResult connectL2tp(const QString& host, const QString& user, const QString& password,
-                                const QString& preSharedKey) override;
+                                const QString& preSharedKey) override
+    {
+        return connectCall("connectL2tp", {host, user, password, preSharedKey});
+    }
     OperationResult connectIKEv2(const QString& host, const QString& user, const QString& password,
-                                 bool withoutAdminRights) override;
+                                 bool withoutAdminRights) override
+    {
+        return connectCall("connectIKEv2", {host, user, password, withoutAdminRights});
+    }
     OperationResult turnOffInternet() override;
     OperationResult turnOnInternet(bool& reenabled) override;
-    bool haveDisabledNetDevicesByKillSwitch() override;
-    bool turnOnNetDevices() override;
+    bool haveDisabledNetDevicesByKillSwitch() override
+    {
+        return answer("haveDisabledNetDevicesByKillSwitch", isNetworkOff());
+    }
+    bool turnOnNetDevices() override { return answer("turnOnNetDevices", switchOn()); }
 
 private:
+    // Record the call (unless `recorded`) and take the next scripted answer, else `fallback`.
+    bool answer(const char* operation, bool fallback, bool recorded = false);
+    OperationResult result(const char* operation, const OperationResult& fallback,
+                           bool recorded = false);
     void record(const QString& operation, const QVariantList& arguments);
-    bool nextAnswer(const QString& operation, bool fallback);
-    OperationResult nextResult(const QString& operation, const OperationResult& fallback);
-    OperationResult connectCall(const QString& operation, const QVariantList& arguments);
+    OperationResult connectCall(const char* operation, const QVariantList& arguments);
     // Counts the network as on; returns whether it was off.
     bool switchOn();
 
