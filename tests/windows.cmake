@@ -2,9 +2,7 @@
 # and the tests that need no Linux-only parts (network namespaces, D-Bus, /proc, the development
 # service, the OpenVPN stand-in).
 add_library(tavero_testsupport STATIC support/testenvironment.cpp support/testplatform.cpp
-    support/maptranslator.cpp support/fakeserverapi.cpp support/messagecapture.cpp
-    support/concurrentfakeserverapi.cpp support/managerfixture.cpp support/pngbytes.cpp
-    support/serverlistmaker.cpp)
+    support/messagecapture.cpp support/managerfixture.cpp support/serverlistmaker.cpp)
 target_include_directories(tavero_testsupport PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
 target_link_libraries(tavero_testsupport PUBLIC tavero_core Qt5::Test Qt5::Network)
 add_library(tavero_guitestsupport STATIC support/messageboxdriver.cpp)
