@@ -184,7 +184,7 @@ NetworkSwitchStatus NetworkManagerBackend::switchOn(const QString& id)
     if (path.isEmpty())
         return NetworkSwitchStatus::failure(int(QDBusError::InvalidArgs),
                                             id + QStringLiteral(": no such connection"));
-    // "/" lets NetworkManager pick the device and the specific object.
+    // "/" lets NetworkManager pick the device and the object to use.
     const QVariant any = QVariant::fromValue(QDBusObjectPath(QStringLiteral("/")));
     const QDBusMessage reply =
         call(managerPath, managerInterface, QStringLiteral("ActivateConnection"),
