@@ -157,21 +157,8 @@ UpdateRunner::Outcome UpdateRunner::run()
                                      "is not available. Install it with: sudo apt-get install %1")
                           .arg(path));
     const QString program = command.takeFirst();
-    QProcess installer;
-    installer.setProcessChannelMode(QProcess::ForwardedChannels);
-    installer.start(program, command << path);
-    if (!installer.waitForStarted(toolTimeoutMs))
-        return refuse(Outcome::InstallFailed,
-                      QStringLiteral("The installer %1 could not be started.").arg(program));
-    if (!installer.waitForFinished(installerTimeoutMs)) {
-        installer.kill();
-        installer.waitForFinished();
-        return refuse(Outcome::InstallFailed, QStringLiteral("The installer did not finish."));
-    }
-    if (installer.exitStatus() != QProcess::NormalExit || installer.exitCode() != 0)
-        return refuse(Outcome::InstallFailed,
-                      QStringLiteral("Installing the update failed (the installer ended with %1).")
-                          .arg(installer.exitCode()));
+    if (const Outcome ran = runInstaller(program, command << path); ran != Outcome::Installed)
+        return ran;
 
     QFile::remove(path);
     m_message = QStringLiteral("Tavero %1 was installed.").arg(fields.version);
@@ -205,9 +192,25 @@ UpdateRunner::Outcome UpdateRunner::installSetupProgram(const QString& path)
     else
         command << path;
     const QString program = command.takeFirst();
+    if (const Outcome ran = runInstaller(program, command); ran != Outcome::Installed)
+        return ran;
+    QFile::remove(path);
+    m_message = QStringLiteral("The Tavero update was installed.");
+    const QString programs = m_options.programDirectory;
+    m_restarted = QProcess::startDetached(QDir(programs).filePath(clientProgram), {}, programs);
+    if (!m_restarted)
+        m_message += QStringLiteral(" Start it again to use the new version.");
+    return Outcome::Installed;
+}
+#endif
+
+// Runs the installer to its end; Installed when it ended well, else the refusal with its reason.
+UpdateRunner::Outcome UpdateRunner::runInstaller(const QString& program,
+                                                 const QStringList& arguments)
+{
     QProcess installer;
     installer.setProcessChannelMode(QProcess::ForwardedChannels);
-    installer.start(program, command);
+    installer.start(program, arguments);
     if (!installer.waitForStarted(toolTimeoutMs))
         return refuse(Outcome::InstallFailed,
                       QStringLiteral("The installer %1 could not be started.").arg(program));
@@ -220,15 +223,8 @@ UpdateRunner::Outcome UpdateRunner::installSetupProgram(const QString& path)
         return refuse(Outcome::InstallFailed,
                       QStringLiteral("Installing the update failed (the installer ended with %1).")
                           .arg(installer.exitCode()));
-    QFile::remove(path);
-    m_message = QStringLiteral("The Tavero update was installed.");
-    const QString programs = m_options.programDirectory;
-    m_restarted = QProcess::startDetached(QDir(programs).filePath(clientProgram), {}, programs);
-    if (!m_restarted)
-        m_message += QStringLiteral(" Start it again to use the new version.");
     return Outcome::Installed;
 }
-#endif
 
 UpdateRunner::Outcome UpdateRunner::refuse(Outcome outcome, const QString& message)
 {

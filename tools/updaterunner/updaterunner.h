@@ -63,6 +63,7 @@ private:
 
     Outcome refuse(Outcome outcome, const QString& message);
     Outcome installSetupProgram(const QString& path);
+    Outcome runInstaller(const QString& program, const QStringList& arguments);
     bool readPackageFields(const QString& path, PackageFields& fields, QString& error) const;
     QStringList installerCommand() const;
     bool waitUntilTheClientExited() const;
