@@ -203,10 +203,7 @@ void LinuxPlatform::releaseTunnelNetwork()
 
 QString LinuxPlatform::killSwitchStateFileDefault()
 {
-    QString base = qEnvironmentVariable("XDG_STATE_HOME");
-    if (base.isEmpty())
-        base = QDir::homePath() + QStringLiteral("/.local/state");
-    return base + QStringLiteral("/tavero/killswitch.json");
+    return PrivateStateFile::defaultPath(QStringLiteral("killswitch.json"));
 }
 
 void LinuxPlatform::loadRemembered()
