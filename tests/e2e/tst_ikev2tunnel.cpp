@@ -89,10 +89,32 @@ private slots:
     {
         tavero::ServerApi api({ready("api"), ready("ipinfo"), ready("probe"), ready("ca")});
         QVERIFY(!api.receiveIp().isProtected);
+        // The first client applies the DNS server the responder hands out, to a resolver file of
+        // the test's (TAVERO_RESOLV_CONF) that only getent below reads, in a mount namespace of
+        // its own.
+        QProcess dns;
+        dns.start("ip", {"netns", "exec", ready("ikev2Netns"), QFINDTESTDATA("../leak/tiny-dns"),
+                         "10.99.0.3", m_dir.filePath("dns.log"), ready("ikev2Dns")});
+        QVERIFY(dns.waitForReadyRead(30000));
+        const QString resolvConf = m_dir.filePath("resolv.conf");
+        QFile original(resolvConf);
+        QVERIFY(original.open(QIODevice::WriteOnly) && original.write("nameserver 10.233.0.1\n"));
+        original.close();
+        const auto lookUp = [&resolvConf] {
+            return run("unshare", {"-m", "sh", "-c",
+                                   "mount --bind \"$0\" /etc/resolv.conf && getent ahostsv4 "
+                                   "ikev2.test",
+                                   resolvConf})
+                .section(' ', 0, 0);
+        };
+        qunsetenv("TAVERO_KEEP_NETWORK");
+        qputenv("TAVERO_RESOLV_CONF", QFile::encodeName(resolvConf));
         LinuxPlatform platform(ikev2Options());
         const OperationResult result =
             platform.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false);
+        qputenv("TAVERO_KEEP_NETWORK", "1");
         QVERIFY2(result.isSuccess, qPrintable(result.message));
+        QCOMPARE(lookUp(), QStringLiteral("10.99.0.3"));
         const tavero::AdapterInfo adapter = LinuxPlatform::getAdapterInfo("TAVERO IKEv2");
         QVERIFY(adapter.interfaceIndex != 0);
         QVERIFY(!adapter.addresses.isEmpty());
@@ -119,6 +141,9 @@ private slots:
         verifyNothingLeft(device, m_paths.stateDirectory);
         QVERIFY(!api.receiveIp().isProtected);
         QVERIFY(next.disconnect().isSuccess); // nothing up: still fine
+        QVERIFY(platform.disconnect().isSuccess);
+        QVERIFY(original.open(QIODevice::ReadOnly));
+        QCOMPARE(original.readAll(), QByteArray("nameserver 10.233.0.1\n"));
     }
     void refusedDialLeavesNothingBehind()
     {

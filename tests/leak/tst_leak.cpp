@@ -20,9 +20,10 @@ static QString readText(const QString& path)
 }
 
 // No leaks around a real OpenVPN tunnel: the client namespace's resolver is a "LAN" DNS server;
-// the tunnel pushes a "tunnel" DNS server. While the client is connected every look-up must reach
-// the tunnel's server only and no IPv6 connection may leave by the LAN; once it has disconnected,
-// or has been killed and started again, the resolver file, routes and rules are as before.
+// the tunnel pushes a "tunnel" DNS server; each runs in a network namespace of its own. While the
+// client is connected every look-up must reach the tunnel's server only and no IPv6 connection may
+// leave by the LAN; once it has disconnected, or has been killed and started again, the resolver
+// file, routes and rules are as before.
 class TestLeak : public QObject {
     Q_OBJECT
     QTemporaryDir m_work;
@@ -34,8 +35,8 @@ class TestLeak : public QObject {
         m_dns.push_back(std::make_unique<QProcess>());
         QProcess& dns = *m_dns.back();
         dns.start("ip",
-                  QStringList{"netns", "exec", m_vpn->serverNamespace(), QFINDTESTDATA("tiny-dns"),
-                              answer, m_work.filePath(name + ".log")} +
+                  QStringList{"netns", "exec", m_vpn->value(name + "-dns-ns"),
+                              QFINDTESTDATA("tiny-dns"), answer, m_work.filePath(name + ".log")} +
                       addresses);
         QDeadlineTimer deadline(30000);
         while (!dns.canReadLine() && dns.state() != QProcess::NotRunning && !deadline.hasExpired())
@@ -55,7 +56,7 @@ class TestLeak : public QObject {
     bool ipv6Reachable() const
     {
         const QString connect("import socket; socket.create_connection(('%1', 53), 5)");
-        return m_vpn->runInClient({"python3", "-c", connect.arg(m_vpn->host6())}) == 0;
+        return m_vpn->runInClient({"python3", "-c", connect.arg(m_vpn->value("lan-dns6"))}) == 0;
     }
     QString resolvConf() const { return readText(resolvConfPath()); }
     QString resolvConfPath() const
@@ -96,9 +97,8 @@ private slots:
         if (outcome == NetnsVpn::Outcome::Unsupported)
             QSKIP(qPrintable(m_vpn->reason()));
         QVERIFY2(outcome == NetnsVpn::Outcome::Running, qPrintable(m_vpn->reason()));
-        // The LAN's server answers on the server's veth addresses, the tunnel's on both tunnels'.
-        QVERIFY(startDns("lan", "10.99.0.1", {m_vpn->host(), m_vpn->host6()}));
-        QVERIFY(startDns("tunnel", "10.99.0.2", {m_vpn->udpGateway(), m_vpn->tcpGateway()}));
+        QVERIFY(startDns("lan", "10.99.0.1", {m_vpn->value("lan-dns"), m_vpn->value("lan-dns6")}));
+        QVERIFY(startDns("tunnel", "10.99.0.2", {m_vpn->value("tunnel-dns")}));
     }
     void cleanupTestCase()
     {
@@ -131,9 +131,8 @@ private slots:
                        m_work.filePath("pki"), m_vpn->programDirectory(), protocol});
         QVERIFY(client.waitForStarted() && client.waitForReadyRead(60000));
         QCOMPARE(client.readLine(), QByteArray("UP\n"));
-        const QString gateway = protocol == "udp" ? m_vpn->udpGateway() : m_vpn->tcpGateway();
-        QVERIFY2(resolvConf().contains("nameserver " + gateway + "\n") &&
-                     !resolvConf().contains(m_vpn->host()),
+        QVERIFY2(resolvConf().contains("nameserver " + m_vpn->value("tunnel-dns") + "\n") &&
+                     !resolvConf().contains(m_vpn->value("lan-dns")),
                  qPrintable(resolvConf()));
         const int lan = queries("lan"), tunnel = queries("tunnel");
         QCOMPARE(lookUp(), QStringLiteral("10.99.0.2"));

@@ -34,6 +34,8 @@ public:
     QString udpGateway() const { return value(QStringLiteral("udp-gateway")); }
     QString tcpGateway() const { return value(QStringLiteral("tcp-gateway")); }
     QString programDirectory() const { return value(QStringLiteral("bin")); }
+    // Any value of the script's READY line ("lan-dns-ns", "tunnel-dns", ...).
+    QString value(const QString& key) const;
     // Text of a file of the development PKI ("ca.pem", "client1.pem", "client1.key", ...).
     QString pkiText(const QString& name) const;
 
@@ -53,8 +55,6 @@ public:
     void stop();
 
 private:
-    QString value(const QString& key) const;
-
     QString m_scriptPath;
     QString m_workDirectory;
     QProcess m_script;

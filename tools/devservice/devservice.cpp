@@ -204,6 +204,8 @@ std::string DevService::readyLine() const
     if (m_ikev2) {
         ready.insert("ikev2", q(m_ikev2->host()));
         ready.insert("netns", q(m_ikev2->clientNamespace()));
+        ready.insert("ikev2Netns", q(m_ikev2->serverNamespace()));
+        ready.insert("ikev2Dns", q(Ikev2Responder::serviceAddress));
     }
     return QJsonDocument(ready).toJson(QJsonDocument::Compact).toStdString();
 }

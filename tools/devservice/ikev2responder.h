@@ -35,6 +35,8 @@ public:
 
     const std::string& host() const { return m_host; }
     const std::string& clientNamespace() const { return m_clientNamespace; }
+    // The responder's namespace; the DNS server it hands out is serviceAddress, in there.
+    const std::string& serverNamespace() const { return m_serverNamespace; }
 
 private:
     // A line of the script's output, at most `timeoutMs` away.

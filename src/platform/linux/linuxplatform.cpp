@@ -38,6 +38,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace tavero {
@@ -202,10 +203,7 @@ void LinuxPlatform::releaseTunnelNetwork()
 
 QString LinuxPlatform::killSwitchStateFileDefault()
 {
-    QString base = qEnvironmentVariable("XDG_STATE_HOME");
-    if (base.isEmpty())
-        base = QDir::homePath() + QStringLiteral("/.local/state");
-    return base + QStringLiteral("/tavero/killswitch.json");
+    return PrivateStateFile::defaultPath(QStringLiteral("killswitch.json"));
 }
 
 void LinuxPlatform::loadRemembered()
@@ -367,6 +365,9 @@ void LinuxPlatform::hangUpIKEv2()
         m_ikev2->stop();
     m_ikev2.reset();
     setIkev2Device({});
+    // After the tunnel: look-ups never go around a tunnel that is still up.
+    if (std::exchange(m_ikev2Network, false))
+        releaseTunnelNetwork();
 }
 
 OperationResult LinuxPlatform::dialThroughNetworkManager(NetworkManagerDialup::Kind kind,
@@ -444,8 +445,22 @@ OperationResult LinuxPlatform::forceConnectIKEv2(const QString& host, const QStr
         adapter.addresses.cbegin(), adapter.addresses.cend(), [](const QHostAddress& a) {
             return a.protocol() == QAbstractSocket::IPv6Protocol && a.isLinkLocal();
         });
-    if (!linkLocal || !m_ikev2Routes->addHalves(AF_INET6, int(adapter.ipv6InterfaceIndex), detail))
+    const bool ipv6 =
+        linkLocal && m_ikev2Routes->addHalves(AF_INET6, int(adapter.ipv6InterfaceIndex), detail);
+    if (!ipv6)
         qWarning().noquote() << "IPv6 Routes haven't added" << detail;
+    if (!appliesTunnelNetwork())
+        return {};
+    // The configuration payload's DNS servers, as for OpenVPN; without the IPv6 routes IPv6 is
+    // blocked outside the tunnel.
+    const OperationResult applied = applyTunnelNetwork(
+        {m_ikev2->device(), m_ikev2->dnsServers(), {}, ipv6, m_ikev2->serverAddress().toString()});
+    if (!applied.isSuccess) {
+        qCritical().noquote() << "IKEv2 tunnel's DNS and IPv6 settings:" << applied.message;
+        hangUpIKEv2();
+        return failure;
+    }
+    m_ikev2Network = true;
     return {};
 }
 

@@ -145,6 +145,7 @@ private:
     std::unique_ptr<StrongswanTunnel> m_ikev2;
     std::unique_ptr<class HalfDefaultRoutes> m_ikev2Routes;
     std::unique_ptr<class TunnelNetworkGuard> m_tunnelNetwork;
+    bool m_ikev2Network = false; // the IKEv2 tunnel applied m_tunnelNetwork
     // Backend that wrote the remembered identifiers of an earlier run ("interfaces", ...).
     QString m_rememberedBackend;
     // The backend that made the remembered list; identifiers only mean something to it.

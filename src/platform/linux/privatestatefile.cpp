@@ -9,6 +9,14 @@
 
 namespace tavero {
 
+QString PrivateStateFile::defaultPath(const QString& name)
+{
+    QString base = qEnvironmentVariable("XDG_STATE_HOME");
+    if (base.isEmpty())
+        base = QDir::homePath() + QStringLiteral("/.local/state");
+    return base + QStringLiteral("/tavero/") + name;
+}
+
 bool PrivateStateFile::write(const QString& path, const QJsonObject& state)
 {
     if (state.isEmpty())

@@ -11,6 +11,8 @@ class PrivateStateFile {
 public:
     // Replaces the file atomically; an empty object removes it. False when it cannot be written.
     static bool write(const QString& path, const QJsonObject& state);
+    // $XDG_STATE_HOME/tavero/`name`, else ~/.local/state/tavero/`name`.
+    static QString defaultPath(const QString& name);
 };
 
 } // namespace tavero

@@ -39,8 +39,12 @@ constexpr char strongswanConf[] = R"(charon {
     routing_table = 2217
     routing_table_prio = 2217
     install_virtual_ip = yes
-    load = random nonce pem pkcs1 pkcs8 x509 revocation constraints pubkey openssl kdf hmac sha1 sha2 kernel-libipsec kernel-netlink socket-default vici eap-identity eap-mschapv2
+    load = random nonce pem pkcs1 pkcs8 x509 revocation constraints pubkey openssl kdf hmac sha1 sha2 kernel-libipsec kernel-netlink socket-default vici eap-identity eap-mschapv2 resolve
     plugins {
+        # The DNS servers of the configuration payload land here; the client applies them.
+        resolve {
+            file = /run/dns.conf
+        }
         kernel-netlink {
             fwmark = 0x54410001
         }
@@ -228,6 +232,9 @@ bool StrongswanTunnel::launch(QString& detail)
     const QByteArray runDir = QFile::encodeName(m_paths.stateDirectory);
     const QByteArray program = QFile::encodeName(m_paths.charon);
     QByteArray confVariable = "STRONGSWAN_CONF=/run/strongswan.conf";
+    // strongSwan's resolve plugin hands DNS servers to resolvconf(8), the system's, whenever that
+    // exists at its compiled-in place; charon must not find it, so that they land in our file.
+    const bool hideResolvconf = QFileInfo::exists(QStringLiteral("/sbin/resolvconf"));
     char* const argv[] = {const_cast<char*>(program.constData()), nullptr};
     char* const envp[] = {confVariable.data(), nullptr};
 
@@ -247,7 +254,9 @@ bool StrongswanTunnel::launch(QString& detail)
         }
         if (::unshare(CLONE_NEWNS) != 0 ||
             ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount(runDir.constData(), "/run", nullptr, MS_BIND, nullptr) != 0)
+            ::mount(runDir.constData(), "/run", nullptr, MS_BIND, nullptr) != 0 ||
+            (hideResolvconf && ::mount("tmpfs", "/sbin", "tmpfs", MS_NOSUID | MS_NODEV | MS_NOEXEC,
+                                       "mode=0755") != 0))
             ::_exit(126);
         ::execve(argv[0], argv, envp);
         ::_exit(127);
@@ -307,6 +316,23 @@ bool StrongswanTunnel::swanctl(const QStringList& arguments, int timeoutMs, QStr
     detail = QStringLiteral("swanctl: ") +
              lines.mid(qMax(0, lines.size() - 3)).join(QLatin1String(" | "));
     return false;
+}
+
+QStringList StrongswanTunnel::dnsServers() const
+{
+    QFile file(m_paths.stateDirectory + QStringLiteral("/dns.conf"));
+    QStringList servers;
+    if (!file.open(QIODevice::ReadOnly))
+        return servers;
+    // "nameserver ADDRESS   # by strongSwan" lines; anything else is not ours to pass on.
+    for (const QByteArray& line : file.readAll().split('\n')) {
+        const QList<QByteArray> fields = line.simplified().split(' ');
+        const QHostAddress address(QString::fromLatin1(fields.value(1)));
+        if (fields.first() == "nameserver" && !address.isNull() &&
+            !servers.contains(address.toString()))
+            servers << address.toString();
+    }
+    return servers;
 }
 
 QString StrongswanTunnel::tunDeviceFromLog() const

@@ -2,6 +2,7 @@
 
 #include <QHostAddress>
 #include <QString>
+#include <QStringList>
 #include <sys/types.h>
 
 namespace tavero {
@@ -43,6 +44,8 @@ public:
 
     // The TUN device of the running tunnel ("ipsecN"); empty when none.
     QString device() const { return m_device; }
+    // The DNS servers the server handed out (its configuration payload), in its order.
+    QStringList dnsServers() const;
     // The server's address as dialled.
     QHostAddress serverAddress() const { return m_server; }
     bool isRunning() const { return m_pid > 0; }

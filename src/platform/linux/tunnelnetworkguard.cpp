@@ -5,7 +5,6 @@
 #include "platform/linux/privatestatefile.h"
 
 #include <QDebug>
-#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <net/if.h>
@@ -45,10 +44,7 @@ TunnelNetworkGuard::~TunnelNetworkGuard()
 
 QString TunnelNetworkGuard::stateFileDefault()
 {
-    QString base = qEnvironmentVariable("XDG_STATE_HOME");
-    if (base.isEmpty())
-        base = QDir::homePath() + QStringLiteral("/.local/state");
-    return base + QStringLiteral("/tavero/tunnelnetwork.json");
+    return PrivateStateFile::defaultPath(QStringLiteral("tunnelnetwork.json"));
 }
 
 bool TunnelNetworkGuard::save()

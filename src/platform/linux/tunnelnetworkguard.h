@@ -9,9 +9,9 @@
 
 namespace tavero {
 
-// What the client changes on the system while an OpenVPN tunnel is up, and its undoing: DNS
-// through the tunnel (TunnelResolver) and, for a tunnel without IPv6, no IPv6 over the physical
-// links (Ipv6Guard).
+// What the client changes on the system while a tunnel (OpenVPN, IKEv2) is up, and its undoing:
+// DNS through the tunnel (TunnelResolver) and, for a tunnel without IPv6, no IPv6 over the
+// physical links (Ipv6Guard).
 //
 // Before changing anything it writes what it is about to change to its state file (0600, in the
 // kill switch's private state directory) together with its owner (RuntimeDirectory::ownerTag()).

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHostAddress>
+#include <net/if.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -16,14 +17,14 @@ namespace {
 
 const QString resolvedService = QStringLiteral("org.freedesktop.resolve1");
 
-struct ResolvedAddress {
-    int family = AF_INET;
-    QByteArray address;
+// resolved's (iay) server and (sb) domain entries.
+template <typename First, typename Second>
+struct ResolvedPair {
+    First first;
+    Second second;
 };
-struct ResolvedDomain {
-    QString name;
-    bool routingOnly = false;
-};
+using ResolvedAddress = ResolvedPair<int, QByteArray>; // family, address bytes
+using ResolvedDomain = ResolvedPair<QString, bool>;    // name, routing only
 
 } // namespace
 
@@ -32,43 +33,35 @@ Q_DECLARE_METATYPE(ResolvedDomain)
 
 namespace {
 
-QDBusArgument& operator<<(QDBusArgument& argument, const ResolvedAddress& value)
+template <typename First, typename Second>
+QDBusArgument& operator<<(QDBusArgument& argument, const ResolvedPair<First, Second>& value)
 {
     argument.beginStructure();
-    argument << value.family << value.address;
+    argument << value.first << value.second;
     argument.endStructure();
     return argument;
 }
-const QDBusArgument& operator>>(const QDBusArgument& argument, ResolvedAddress& value)
+template <typename First, typename Second>
+const QDBusArgument& operator>>(const QDBusArgument& argument, ResolvedPair<First, Second>& value)
 {
     argument.beginStructure();
-    argument >> value.family >> value.address;
-    argument.endStructure();
-    return argument;
-}
-QDBusArgument& operator<<(QDBusArgument& argument, const ResolvedDomain& value)
-{
-    argument.beginStructure();
-    argument << value.name << value.routingOnly;
-    argument.endStructure();
-    return argument;
-}
-const QDBusArgument& operator>>(const QDBusArgument& argument, ResolvedDomain& value)
-{
-    argument.beginStructure();
-    argument >> value.name >> value.routingOnly;
+    argument >> value.first >> value.second;
     argument.endStructure();
     return argument;
 }
 
 // One call to resolved's manager; an empty string on success, else the error.
-QString callResolved(const QString& method, const QVariantList& arguments)
+QString callResolved(const QString& busAddress, const QString& method,
+                     const QVariantList& arguments)
 {
     QDBusMessage call =
         QDBusMessage::createMethodCall(resolvedService, QStringLiteral("/org/freedesktop/resolve1"),
                                        QStringLiteral("org.freedesktop.resolve1.Manager"), method);
     call.setArguments(arguments);
-    const QDBusMessage reply = QDBusConnection::systemBus().call(call, QDBus::Block, 10000);
+    QDBusConnection bus = busAddress.isEmpty()
+                              ? QDBusConnection::systemBus()
+                              : QDBusConnection::connectToBus(busAddress, busAddress);
+    const QDBusMessage reply = bus.call(call, QDBus::Block, 10000);
     return reply.type() == QDBusMessage::ErrorMessage
                ? method + QStringLiteral(": ") + reply.errorMessage()
                : QString();
@@ -142,12 +135,13 @@ OperationResult TunnelResolver::apply(const TunnelNetwork& network, int interfac
         qWarning("The VPN server named no DNS servers; name look-ups keep the system's resolver");
         return {};
     }
-    return m_options.useResolved ? applyThroughResolved(network, interfaceIndex)
+    return m_options.useResolved ? applyThroughResolved(network, interfaceIndex, keepRecord)
                                  : applyToFile(network, keepRecord);
 }
 
-OperationResult TunnelResolver::applyThroughResolved(const TunnelNetwork& network,
-                                                     int interfaceIndex)
+OperationResult
+TunnelResolver::applyThroughResolved(const TunnelNetwork& network, int interfaceIndex,
+                                     const std::function<bool(const QJsonObject&)>& keepRecord)
 {
     qDBusRegisterMetaType<ResolvedAddress>();
     qDBusRegisterMetaType<QList<ResolvedAddress>>();
@@ -158,32 +152,38 @@ OperationResult TunnelResolver::applyThroughResolved(const TunnelNetwork& networ
     QList<ResolvedAddress> servers;
     for (const QString& server : network.dnsServers) {
         const QHostAddress address(server);
-        ResolvedAddress entry;
         if (address.protocol() == QAbstractSocket::IPv4Protocol) {
             const quint32 value = address.toIPv4Address();
-            entry.address = QByteArray(1, char(value >> 24)) + char(value >> 16) +
-                            char(value >> 8) + char(value);
+            servers << ResolvedAddress{AF_INET, QByteArray(1, char(value >> 24)) +
+                                                    char(value >> 16) + char(value >> 8) +
+                                                    char(value)};
         } else {
-            entry.family = AF_INET6;
             const Q_IPV6ADDR value = address.toIPv6Address();
-            entry.address = QByteArray(reinterpret_cast<const char*>(value.c), 16);
+            servers << ResolvedAddress{AF_INET6,
+                                       QByteArray(reinterpret_cast<const char*>(value.c), 16)};
         }
-        servers << entry;
     }
     QList<ResolvedDomain> domains;
     for (const QString& domain : network.domains)
         domains << ResolvedDomain{domain, false};
     // "~.": every name is routed to this link, none to the physical ones.
     domains << ResolvedDomain{QStringLiteral("."), true};
-    m_resolvedLink = interfaceIndex;
-    QString error =
-        callResolved(QStringLiteral("SetLinkDNS"), {interfaceIndex, QVariant::fromValue(servers)});
+    // The link keeps its settings as long as it lives: an IKEv2 device outlives a crashed client.
+    const QJsonObject record{{QStringLiteral("resolvedLink"), interfaceIndex},
+                             {QStringLiteral("device"), network.device},
+                             {QStringLiteral("bus"), m_options.busAddress}};
+    if (!keepRecord(record))
+        return OperationResult(QStringLiteral("cannot keep a record of the DNS settings"));
+    m_record = record;
+    const QString& bus = m_options.busAddress;
+    QString error = callResolved(bus, QStringLiteral("SetLinkDNS"),
+                                 {interfaceIndex, QVariant::fromValue(servers)});
     if (error.isEmpty()) {
-        error = callResolved(QStringLiteral("SetLinkDomains"),
+        error = callResolved(bus, QStringLiteral("SetLinkDomains"),
                              {interfaceIndex, QVariant::fromValue(domains)});
     }
     if (error.isEmpty())
-        error = callResolved(QStringLiteral("SetLinkDefaultRoute"), {interfaceIndex, true});
+        error = callResolved(bus, QStringLiteral("SetLinkDefaultRoute"), {interfaceIndex, true});
     if (!error.isEmpty()) {
         release();
         return OperationResult(QStringLiteral("systemd-resolved refused the tunnel's DNS: ") +
@@ -233,13 +233,6 @@ TunnelResolver::applyToFile(const TunnelNetwork& network,
 
 bool TunnelResolver::release()
 {
-    if (m_resolvedLink > 0) {
-        const QString error = callResolved(QStringLiteral("RevertLink"), {m_resolvedLink});
-        // A link that is gone took its settings with it.
-        if (!error.isEmpty())
-            qInfo().noquote() << "systemd-resolved:" << error;
-        m_resolvedLink = 0;
-    }
     if (m_record.isEmpty())
         return true;
     const bool done = restore(m_record);
@@ -249,6 +242,18 @@ bool TunnelResolver::release()
 
 bool TunnelResolver::restore(const QJsonObject& record)
 {
+    if (record.contains(QStringLiteral("resolvedLink"))) {
+        const int link = record.value(QStringLiteral("resolvedLink")).toInt();
+        const QByteArray device = record.value(QStringLiteral("device")).toString().toLocal8Bit();
+        // A link that is gone took its settings with it, and its number may name another now.
+        if (int(::if_nametoindex(device.constData())) != link)
+            return true;
+        const QString error = callResolved(record.value(QStringLiteral("bus")).toString(),
+                                           QStringLiteral("RevertLink"), {link});
+        if (!error.isEmpty())
+            qCritical().noquote() << "systemd-resolved:" << error;
+        return error.isEmpty();
+    }
     const QString path = record.value(QStringLiteral("path")).toString();
     if (path.isEmpty())
         return true;

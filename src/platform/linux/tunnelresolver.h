@@ -14,7 +14,8 @@ namespace tavero {
 //
 // With systemd-resolved on the system bus: the tunnel's link gets the DNS servers, its search
 // domains and the routing domain "~.", and becomes the default route for look-ups, so every name
-// goes through the tunnel; the settings die with the link, so a crash leaves nothing behind.
+// goes through the tunnel; the settings die with the link, and a record names the link so that
+// a device that outlived a crashed client (an IKEv2 one) is reverted too.
 // Otherwise the resolver file (/etc/resolv.conf) is replaced by one that names only the tunnel's
 // servers. Before it is touched, a record of what to put back is handed to the caller, who keeps
 // it on disk; restore() puts the original back from that record (after a crash too), but only
@@ -25,6 +26,7 @@ public:
     struct Options {
         QString resolvConfPath = QStringLiteral("/etc/resolv.conf");
         bool useResolved = false;
+        QString busAddress; // the bus systemd-resolved is on; empty: the system bus
     };
     // systemd-resolved when it runs (unless TAVERO_RESOLV_CONF names the file to manage), else
     // the resolver file: TAVERO_RESOLV_CONF or /etc/resolv.conf.
@@ -35,7 +37,7 @@ public:
     TunnelResolver(const TunnelResolver&) = delete;
     TunnelResolver& operator=(const TunnelResolver&) = delete;
 
-    // `keepRecord` must store the record durably before the file is changed; when it fails,
+    // `keepRecord` must store the record durably before anything is changed; when it fails,
     // nothing is changed. A network without DNS servers changes nothing.
     OperationResult apply(const TunnelNetwork& network, int interfaceIndex,
                           const std::function<bool(const QJsonObject&)>& keepRecord);
@@ -47,13 +49,13 @@ public:
     static QByteArray fileText(const TunnelNetwork& network);
 
 private:
-    OperationResult applyThroughResolved(const TunnelNetwork& network, int interfaceIndex);
+    OperationResult applyThroughResolved(const TunnelNetwork& network, int interfaceIndex,
+                                         const std::function<bool(const QJsonObject&)>& keepRecord);
     OperationResult applyToFile(const TunnelNetwork& network,
                                 const std::function<bool(const QJsonObject&)>& keepRecord);
 
     Options m_options;
-    int m_resolvedLink = 0; // link configured through systemd-resolved
-    QJsonObject m_record;   // the file's record while it is replaced
+    QJsonObject m_record; // what apply() changed: the resolver file, or resolved's link
 };
 
 } // namespace tavero
