@@ -4,7 +4,6 @@
 #include "cli/exitcode.h"
 #include "manager/vpnmanager.h"
 
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QJsonObject>
 #include <QThread>
