@@ -4,7 +4,7 @@
 add_library(tavero_testsupport STATIC support/testenvironment.cpp support/testplatform.cpp
     support/messagecapture.cpp support/managerfixture.cpp support/serverlistmaker.cpp)
 target_include_directories(tavero_testsupport PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
-target_link_libraries(tavero_testsupport PUBLIC tavero_core Qt5::Test Qt5::Network)
+target_link_libraries(tavero_testsupport PUBLIC tavero_rows Qt5::Test Qt5::Network)
 add_library(tavero_guitestsupport STATIC support/messageboxdriver.cpp)
 target_link_libraries(tavero_guitestsupport PUBLIC tavero_testsupport tavero_gui)
 

@@ -7,7 +7,8 @@
 struct OperationResult {
     enum Code : int {
         General = 1,
-        NoInternet = 2, // no network was found before connecting
+        NoInternet = 2,   // the network or the service could not be reached
+        LoginRefused = 3, // the service did not accept the stored log-in
     };
 
     OperationResult();                                  // success

@@ -6,7 +6,6 @@
 #include "cli/connectsession.h"
 #include "cli/exitcode.h"
 #include "manager/serverlistqueries.h"
-#include "manager/serverrowbuilder.h"
 #include "manager/utils.h"
 #include "manager/vpnmanager.h"
 
@@ -27,10 +26,26 @@ QString managerText(const char* key)
     return QCoreApplication::translate("tavero::VpnManager", key);
 }
 
-QJsonArray rowsToJson(const QVector<CountryPresentationData>& rows)
+// One country of a server list as the server page shows it, without the flag.
+struct CountryRow {
+    CountryInformation country;
+    QVector<VpnServerInformation> servers; // by name
+};
+
+QVector<CountryRow> countryRows(const ServerListGettingResult& list)
+{
+    QVector<CountryRow> rows;
+    for (const int id : ServerListQueries::countryIdsByName(list)) {
+        rows.append({list.countriesById.value(id),
+                     ServerListQueries::sortedByName(list.serversByCountry.value(id))});
+    }
+    return rows;
+}
+
+QJsonArray rowsToJson(const QVector<CountryRow>& rows)
 {
     QJsonArray array;
-    for (const CountryPresentationData& row : rows) {
+    for (const CountryRow& row : rows) {
         const int best = ServerListQueries::bestServerIndex(row.servers);
         QJsonObject country{{QStringLiteral("code"), row.country.code},
                             {QStringLiteral("name"), row.country.name},
@@ -50,17 +65,17 @@ QJsonArray rowsToJson(const QVector<CountryPresentationData>& rows)
     return array;
 }
 
-QString rowsToText(const QString& title, const QVector<CountryPresentationData>& rows)
+QString rowsToText(const QString& title, const QVector<CountryRow>& rows)
 {
     int nameWidth = 0;
-    for (const CountryPresentationData& row : rows)
+    for (const CountryRow& row : rows)
         nameWidth = std::max(nameWidth, row.country.name.size());
     QString text;
     QTextStream stream(&text);
     stream << title << '\n';
     if (rows.isEmpty())
         stream << "  (none)\n";
-    for (const CountryPresentationData& row : rows) {
+    for (const CountryRow& row : rows) {
         const int best = ServerListQueries::bestServerIndex(row.servers);
         stream << "  " << row.country.code.leftJustified(4)
                << row.country.name.leftJustified(nameWidth) << "  ";
@@ -170,16 +185,26 @@ int CliApp::logInFromStoredToken()
         m_output.error(QStringLiteral("not logged in: run tavero-cli login EMAIL"), NotLoggedIn);
         return NotLoggedIn;
     }
-    if (m_manager->tryAutoLoginOnRestart())
+    const OperationResult result = m_manager->tryAutoLoginOnRestart();
+    if (result.isSuccess)
         return Success;
-    if (!m_manager->isThereInternet()) {
-        m_output.error(managerText("warning.connection_problems_check_internet_connection"),
+    if (result.code == OperationResult::LoginRefused) {
+        m_output.error(
+            QStringLiteral("the stored log-in was not accepted: run tavero-cli login EMAIL"),
+            NotLoggedIn);
+        return NotLoggedIn;
+    }
+    if (result.code == OperationResult::NoInternet) {
+        // One more probe, on this failure path only, tells a missing network from a service
+        // that cannot be reached.
+        m_output.error(m_manager->isThereInternet()
+                           ? QStringLiteral("the service cannot be reached; try again later")
+                           : managerText("warning.connection_problems_check_internet_connection"),
                        NoConnection);
         return NoConnection;
     }
-    m_output.error(QStringLiteral("the stored log-in was not accepted: run tavero-cli login EMAIL"),
-                   NotLoggedIn);
-    return NotLoggedIn;
+    m_output.error(result.message, Failure);
+    return Failure;
 }
 
 int CliApp::login()
@@ -214,11 +239,9 @@ int CliApp::servers()
     if (code != Success)
         return code;
     VpnServerSelector& selector = m_manager->vpnServers();
-    // No flags: the terminal has no use for them.
-    const ServerRowBuilder builder(ServerRowBuilder::FlagLoader(), 1);
-    const QVector<CountryPresentationData> recommended =
-        builder.build(selector.recommendedServers());
-    const QVector<CountryPresentationData> all = builder.build(selector.servers());
+    // The server page's rows without flags: the terminal has no use for them.
+    const QVector<CountryRow> recommended = countryRows(selector.recommendedServers());
+    const QVector<CountryRow> all = countryRows(selector.servers());
     const QString current = selector.currServer().name;
     m_output.result({{QStringLiteral("current"), current},
                      {QStringLiteral("recommended"), rowsToJson(recommended)},

@@ -4,7 +4,6 @@
 #include "cli/exitcode.h"
 #include "manager/vpnmanager.h"
 
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QJsonObject>
 #include <QThread>
@@ -54,12 +53,9 @@ int ConnectSession::run()
 {
     m_serverName = m_manager.vpnServers().currServer().name;
     m_inAttempt = true;
-    if (!m_manager.isThereInternet()) {
-        m_inAttempt = false;
-        m_output.error(QCoreApplication::translate("QObject", "warning.network_unavailable"),
-                       NoConnection);
-        return NoConnection;
-    }
+    // No reachability probe here: the chain makes one before its attempt (after the kill switch
+    // has given the network back) and reports a missing network as such. The log-in a moment ago
+    // reached the service.
     // Fresh VPN credentials for the tunnel, as the status page does before every connect.
     m_manager.receiveAccountInfo();
     const OperationResult result = m_manager.connect();

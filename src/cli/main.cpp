@@ -22,6 +22,10 @@
 int main(int argc, char* argv[])
 {
     qInstallMessageHandler(tavero::messageHandler);
+    // No Qt plug-ins: the only ones this program would load are the network bearer plug-ins,
+    // which the first network access manager loads and starts (NetworkManager and ConnMan over
+    // D-Bus, a netlink poller) for answers the client never asks for.
+    QCoreApplication::setLibraryPaths({});
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tavero-cli"));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(tavero::buildinfo::version));

@@ -1,6 +1,7 @@
 #include "manager/serverlistqueries.h"
 
 #include <QDebug>
+#include <algorithm>
 
 namespace tavero {
 
@@ -50,6 +51,24 @@ QString ServerListQueries::bestServerNameByCountryCode(const ServerListGettingRe
         return QString();
     const int best = bestServerIndex(*servers);
     return best < 0 ? QString() : servers->at(best).name;
+}
+
+QVector<VpnServerInformation> ServerListQueries::sortedByName(QVector<VpnServerInformation> servers)
+{
+    std::sort(servers.begin(), servers.end(),
+              [](const VpnServerInformation& a, const VpnServerInformation& b) {
+                  return a.name < b.name;
+              });
+    return servers;
+}
+
+QVector<int> ServerListQueries::countryIdsByName(const ServerListGettingResult& list)
+{
+    QVector<int> ids = list.serversByCountry.keys().toVector();
+    std::stable_sort(ids.begin(), ids.end(), [&list](int a, int b) {
+        return list.countriesById.value(a).name < list.countriesById.value(b).name;
+    });
+    return ids;
 }
 
 } // namespace tavero

@@ -22,6 +22,10 @@ public:
     // unknown, has no servers or none of them is available.
     static QString bestServerNameByCountryCode(const ServerListGettingResult& list,
                                                const QString& code);
+    // The servers ordered by name, as every list of them is shown.
+    static QVector<VpnServerInformation> sortedByName(QVector<VpnServerInformation> servers);
+    // The ids of the list's countries ordered by country name, as the rows are shown.
+    static QVector<int> countryIdsByName(const ServerListGettingResult& list);
 };
 
 } // namespace tavero

@@ -1,5 +1,7 @@
 #include "manager/serverrowbuilder.h"
 
+#include "manager/serverlistqueries.h"
+
 #include <QMutex>
 #include <QMutexLocker>
 #include <QtConcurrent>
@@ -50,11 +52,7 @@ QVector<CountryPresentationData> ServerRowBuilder::build(const ServerListGetting
             QFuture<QImage> flag;
             if (m_flagLoader)
                 flag = QtConcurrent::run(m_flagLoader, row.country.code);
-            row.servers = serversByCountry[index];
-            std::sort(row.servers.begin(), row.servers.end(),
-                      [](const VpnServerInformation& a, const VpnServerInformation& b) {
-                          return a.name < b.name;
-                      });
+            row.servers = ServerListQueries::sortedByName(serversByCountry[index]);
             if (m_flagLoader)
                 row.flagImage = flag.result();
             if (m_rowObserver)

@@ -139,24 +139,28 @@ OperationResult VpnManager::doSomethingAfterLogin(const LoginResult& result, con
         return listed;
     m_selector.receiveRecommendedServerListInfo(m_ipInformation.ip);
     m_selector.selectCurrServerUsingSettings();
-    m_settings->setToken(m_api.token());
-    if (!email.isEmpty())
+    // Each setter rewrites the settings file; a log-in with the stored token usually changes
+    // nothing, and tavero-cli logs in on every command.
+    if (m_settings->token() != m_api.token())
+        m_settings->setToken(m_api.token());
+    if (!email.isEmpty() && email != m_settings->getEmail())
         m_settings->setEmail(email);
     return OperationResult();
 }
 
-bool VpnManager::tryAutoLoginOnRestart()
+OperationResult VpnManager::tryAutoLoginOnRestart()
 {
     const QString token = m_settings->token();
     if (token.isEmpty())
-        return false;
+        return storedLoginFailure(RequestResult::ServerError);
     m_api.setToken(token);
-    if (m_api.receiveIp().status != RequestResult::Ok)
-        return false;
+    const IpGettingResult ip = m_api.receiveIp();
+    if (ip.status != RequestResult::Ok)
+        return storedLoginFailure(ip.status);
     const OperationResult before = doSomethingBeforeLogin();
     if (!before.isSuccess) {
         qDebug() << before.message;
-        return false;
+        return before;
     }
     LoginResult stored;
     stored.status = RequestResult::Ok;
@@ -164,9 +168,23 @@ bool VpnManager::tryAutoLoginOnRestart()
     const OperationResult after = doSomethingAfterLogin(stored, QString());
     if (!after.isSuccess) {
         qDebug() << after.message;
-        return false;
+        // Only the server list can fail here.
+        return storedLoginFailure(m_selector.servers().status);
     }
-    return true;
+    return OperationResult();
+}
+
+OperationResult VpnManager::storedLoginFailure(int status)
+{
+    // A service that cannot be reached says nothing about the log-in: the user must not be told
+    // to log in again because the network is down.
+    OperationResult result = tryRequestResultToOperationResult(RequestResult{status, {}});
+    if (status == RequestResult::NoInternet)
+        result.code = OperationResult::NoInternet;
+    else if (result.isSuccess)
+        result = OperationResult(tr("warning.can_not_authorize_try_again"),
+                                 OperationResult::LoginRefused);
+    return result;
 }
 
 OperationResult VpnManager::tryRequestResultToOperationResult(const RequestResult& result)

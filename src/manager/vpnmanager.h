@@ -59,7 +59,10 @@ public:
     bool isProgrammTermination() const { return m_isProgrammTermination; }
 
     OperationResult loginByEmail(const QString& email, const QString& password);
-    bool tryAutoLoginOnRestart();
+    // Logs in again with the stored token. A failure says why: `NoInternet` when the network or
+    // the service cannot be reached, `LoginRefused` when the service refused the stored log-in,
+    // `General` for anything else (an unreadable reply).
+    OperationResult tryAutoLoginOnRestart();
     OperationResult doSomethingBeforeLogin();
     OperationResult doSomethingAfterLogin(const LoginResult& result, const QString& email);
     OperationResult loginResultToOperationResult(const LoginResult& result);
@@ -80,6 +83,8 @@ signals:
     void imageLoadingFinished();
 
 private:
+    OperationResult storedLoginFailure(int status);
+
     IServerApi& m_api;
     PlatformInjector m_platformInjector;
     IPlatform& m_platform;

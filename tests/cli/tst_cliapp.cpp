@@ -184,7 +184,11 @@ void TestCliApp::refusals_data()
     QTest::newRow("no log-in") << servers << false << ok << true << int(NotLoggedIn) << "";
     QTest::newRow("log-in refused")
         << servers << true << int(RequestResult::ServerError) << true << int(NotLoggedIn) << "";
-    QTest::newRow("no network") << servers << true << ok << false << int(NoConnection) << "";
+    QTest::newRow("no network") << servers << true << ok << false << int(NoConnection)
+                                << "Connection failed. Check network connection.";
+    QTest::newRow("service unreachable")
+        << servers << true << int(RequestResult::NoInternet) << true << int(NoConnection)
+        << "the service cannot be reached; try again later";
     QTest::newRow("status without network")
         << QStringList{"--json", "status"} << true << ok << false << int(NoConnection) << "";
     QTest::newRow("unknown country")

@@ -85,7 +85,7 @@ void TestVpnManager::autoLoginUsesStoredToken()
     m_fixture->api().currentToken.clear();
     if (!addressKnown)
         m_fixture->api().ipResult.status = RequestResult::NoInternet;
-    QCOMPARE(m_fixture->manager().tryAutoLoginOnRestart(), addressKnown);
+    QCOMPARE(m_fixture->manager().tryAutoLoginOnRestart().isSuccess, addressKnown);
     QCOMPARE(m_fixture->api().calls(QStringLiteral("loginByEmail")), 0);
     QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveServerList")), addressKnown ? 1 : 0);
     QCOMPARE(m_fixture->api().calls(QStringLiteral("receiveAccountInfo")), addressKnown ? 1 : 0);

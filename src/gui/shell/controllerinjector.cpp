@@ -51,7 +51,7 @@ void ControllerInjector::onImageLoaded()
         qDebug() << "Program is exiting, do not login";
         return;
     }
-    if (!m_manager.tryAutoLoginOnRestart()) {
+    if (!m_manager.tryAutoLoginOnRestart().isSuccess) {
         m_viewManager.goToLogin();
         m_viewManager.show();
     } else {
