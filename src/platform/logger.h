@@ -5,16 +5,20 @@
 #include <QString>
 #include <functional>
 
+class QRecursiveMutex;
+
 namespace tavero {
 
 // Writes diagnostics to the system log under the source "TAVERO" (syslog on Linux, the event log
 // on Windows). Cheap to create; every instance shares one process-wide recursive lock, so any
-// thread may write.
+// thread may write. The portable half (lock, sink, stderr mirror, registering once) lives in
+// platform/logger.cpp; each system's half in its own folder.
 class Logger {
 public:
     using Sink = std::function<void(LoggerSeverity severity, const QString& message)>;
 
-    // Registers the source "TAVERO" with the system log.
+    // Registers the source "TAVERO" with the system log, once per process and silently; a refusal
+    // is written to the system log as a warning entry of its own.
     void RegisterSource();
     // Registers a named source; false for an empty name or when the system refuses.
     bool RegisterSource(const QString& sourceName, const QString& messageFilePath);
@@ -23,6 +27,13 @@ public:
 
     // Replaces the system log by a sink (tests read what was written); an empty sink restores it.
     static void setSink(Sink sink);
+
+private:
+    static QRecursiveMutex& lock();
+    // Where the system finds the texts of the source's events; empty where it needs none.
+    static QString messageFilePath();
+    // Hands one entry to the system log; called under lock().
+    static void writeToSystemLog(const QString& message, LoggerSeverity severity);
 };
 
 } // namespace tavero

@@ -2,7 +2,6 @@
 
 #include "app/startenvironment.h"
 #include "app/userfileaccess.h"
-#include "platform/guardedcall.h"
 #include "platform/linux/autostartentry.h"
 #include "platform/linux/halfdefaultroutes.h"
 #include "platform/linux/interfacebackend.h"
@@ -310,43 +309,6 @@ bool LinuxPlatform::isL2tpAsync()
     return true;
 }
 
-OperationResult LinuxPlatform::disconnect()
-{
-    qDebug("LinuxPlatform::disconnect");
-    return guardedCall("disconnect",
-                       QT_TRANSLATE_NOOP("QObject", "warning.could_not_break_vpn_connection"),
-                       [this] { return forceDisconnect(); });
-}
-
-OperationResult LinuxPlatform::connectPptp(const QString& host, const QString& user,
-                                           const QString& password)
-{
-    return guardedCall("connectPptp",
-                       QT_TRANSLATE_NOOP("QObject", "warning.could_not_connect_using_pptp"),
-                       [&] { return forceConnectPptp(host, user, password); });
-}
-
-OperationResult LinuxPlatform::connectL2tp(const QString& host, const QString& user,
-                                           const QString& password, const QString& preSharedKey)
-{
-    return guardedCall(
-        "connectL2tp",
-        QT_TRANSLATE_NOOP("QObject", "warning.unable_to_connect_using_L2TP_protocol"),
-        [&] { return forceConnectL2tp(host, user, password, preSharedKey); });
-}
-
-OperationResult LinuxPlatform::connectIKEv2(const QString& host, const QString& user,
-                                            const QString& password, bool withoutAdminRights)
-{
-    static const char* const refusal =
-        QT_TRANSLATE_NOOP("QObject", "warning.unable_to_connect_using_IKEv2_protocol");
-    // Carrying all traffic needs routes, and routes need rights.
-    if (!withoutAdminRights && !isRunningAsAdministrator())
-        return OperationResult(translated(refusal));
-    return guardedCall("connectIKEv2", refusal,
-                       [&] { return forceConnectIKEv2(host, user, password, withoutAdminRights); });
-}
-
 OperationResult LinuxPlatform::forceDisconnect()
 {
     qDebug("LinuxPlatform::forceDisconnect");
@@ -464,37 +426,9 @@ OperationResult LinuxPlatform::forceConnectIKEv2(const QString& host, const QStr
     return {};
 }
 
-OperationResult LinuxPlatform::turnOffInternet()
-{
-    return guardedCall("turnOffInternet",
-                       QT_TRANSLATE_NOOP("QObject", "warning.internet_connection_failed"),
-                       [this] { return forceTurnOffInternet(); });
-}
-
-OperationResult LinuxPlatform::turnOnInternet(bool& reenabled)
-{
-    return guardedCall("turnOnInternet",
-                       QT_TRANSLATE_NOOP("QObject", "warning.internet_shutdown_failed"),
-                       [&] { return forceTurnOnInternet(reenabled); });
-}
-
 bool LinuxPlatform::haveDisabledNetDevicesByKillSwitch()
 {
     return !m_remembered.isEmpty();
-}
-
-bool LinuxPlatform::turnOnNetDevices()
-{
-    qDebug() << "container length: " << m_remembered.size();
-    bool reenabled = false;
-    bool returned = false;
-    guardedCall("turnOnNetDevices",
-                QT_TRANSLATE_NOOP("QObject", "warning.internet_shutdown_failed"), [&] {
-                    const OperationResult result = forceTurnOnInternet(reenabled);
-                    returned = true;
-                    return result;
-                });
-    return returned && reenabled;
 }
 
 OperationResult LinuxPlatform::forceTurnOffInternet()

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/adapterinfo.h"
-#include "platform/iplatform.h"
+#include "platform/guardedplatform.h"
 #include "platform/linux/networkmanagerdialup.h"
 #include "platform/linux/networkswitchbackend.h"
 #include "platform/linux/strongswantunnel.h"
@@ -25,7 +25,7 @@ namespace tavero {
 // connects fail with their usual messages.
 //
 // OpenVPN tunnels: their DNS servers and the IPv6 block (TunnelNetworkGuard) while they are up.
-class LinuxPlatform : public IPlatform {
+class LinuxPlatform : public GuardedPlatform {
 public:
     using BackendFactory = std::function<std::unique_ptr<NetworkSwitchBackend>()>;
 
@@ -64,17 +64,7 @@ public:
     bool l2tpSupports() override;
     bool isPptpAsync() override;
     bool isL2tpAsync() override;
-    OperationResult disconnect() override;
-    OperationResult connectPptp(const QString& host, const QString& user,
-                                const QString& password) override;
-    OperationResult connectL2tp(const QString& host, const QString& user, const QString& password,
-                                const QString& preSharedKey) override;
-    OperationResult connectIKEv2(const QString& host, const QString& user, const QString& password,
-                                 bool withoutAdminRights) override;
-    OperationResult turnOffInternet() override;
-    OperationResult turnOnInternet(bool& reenabled) override;
     bool haveDisabledNetDevicesByKillSwitch() override;
-    bool turnOnNetDevices() override;
     // With administrator rights, unless TAVERO_KEEP_NETWORK=1.
     bool appliesTunnelNetwork() override;
     OperationResult applyTunnelNetwork(const TunnelNetwork& network) override;
@@ -114,17 +104,15 @@ public:
     static std::unique_ptr<NetworkSwitchBackend> chooseNetworkSwitchBackend();
 
 protected:
-    // The unguarded workers behind the public operations of the same name without "force". They
-    // report ordinary failures in their result; the public wrappers catch whatever they throw.
-    virtual OperationResult forceDisconnect();
-    virtual OperationResult forceConnectPptp(const QString& host, const QString& user,
-                                             const QString& password);
-    virtual OperationResult forceConnectL2tp(const QString& host, const QString& user,
-                                             const QString& password, const QString& preSharedKey);
-    virtual OperationResult forceConnectIKEv2(const QString& host, const QString& user,
-                                              const QString& password, bool withoutAdminRights);
-    virtual OperationResult forceTurnOffInternet();
-    virtual OperationResult forceTurnOnInternet(bool& reenabled);
+    OperationResult forceDisconnect() override;
+    OperationResult forceConnectPptp(const QString& host, const QString& user,
+                                     const QString& password) override;
+    OperationResult forceConnectL2tp(const QString& host, const QString& user,
+                                     const QString& password, const QString& preSharedKey) override;
+    OperationResult forceConnectIKEv2(const QString& host, const QString& user,
+                                      const QString& password, bool withoutAdminRights) override;
+    OperationResult forceTurnOffInternet() override;
+    OperationResult forceTurnOnInternet(bool& reenabled) override;
 
 private:
     OperationResult enableOrDisableConnections(bool enable, bool& reenabled);

@@ -1,23 +1,11 @@
+// The syslog half of tavero::Logger; the portable half is platform/logger.cpp.
 #include "platform/logger.h"
 
 #include <QRecursiveMutex>
-#include <cstdio>
 #include <syslog.h>
 
 namespace tavero {
 namespace {
-
-QRecursiveMutex& logLock()
-{
-    static QRecursiveMutex mutex;
-    return mutex;
-}
-
-Logger::Sink& sink()
-{
-    static Logger::Sink instance;
-    return instance;
-}
 
 // openlog() keeps the pointer, so the ident must outlive every later syslog() call.
 QByteArray& ident()
@@ -39,32 +27,18 @@ int priorityOf(LoggerSeverity severity)
     return LOG_ERR;
 }
 
-const char* severityName(LoggerSeverity severity)
-{
-    switch (severity) {
-    case LoggerSeverity::Warning:
-        return "warning";
-    case LoggerSeverity::Information:
-        return "info";
-    case LoggerSeverity::Error:
-        break;
-    }
-    return "error";
-}
-
 } // namespace
 
-void Logger::RegisterSource()
+QString Logger::messageFilePath()
 {
-    const QMutexLocker locker(&logLock());
-    RegisterSource(QStringLiteral("TAVERO"), QString());
+    return QString(); // syslog keeps the text itself
 }
 
 bool Logger::RegisterSource(const QString& sourceName, const QString& /*messageFilePath*/)
 {
     if (sourceName.isEmpty())
         return false;
-    const QMutexLocker locker(&logLock());
+    const QMutexLocker locker(&lock());
     const QByteArray name = sourceName.toUtf8();
     if (name != ident()) {
         closelog();
@@ -74,25 +48,9 @@ bool Logger::RegisterSource(const QString& sourceName, const QString& /*messageF
     return true;
 }
 
-void Logger::WriteLog(const QString& message, LoggerSeverity severity)
+void Logger::writeToSystemLog(const QString& message, LoggerSeverity severity)
 {
-    if (message.isEmpty())
-        return;
-    const QMutexLocker locker(&logLock());
-    const QByteArray text = message.toUtf8();
-    if (qEnvironmentVariableIntValue("TAVERO_LOG_STDERR") == 1)
-        std::fprintf(stderr, "TAVERO[%s]: %s\n", severityName(severity), text.constData());
-    if (sink()) {
-        sink()(severity, message);
-        return;
-    }
-    syslog(priorityOf(severity), "%s", text.constData());
-}
-
-void Logger::setSink(Sink newSink)
-{
-    const QMutexLocker locker(&logLock());
-    sink() = std::move(newSink);
+    syslog(priorityOf(severity), "%s", message.toUtf8().constData());
 }
 
 } // namespace tavero

@@ -1,39 +1,15 @@
+// The event-log half of tavero::Logger; the portable half is platform/logger.cpp.
 #include "platform/logger.h"
 
 #include "platform/windows/win32api.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QRecursiveMutex>
 #include <QSettings>
-#include <QTextStream>
-#include <cstdio>
 
 namespace tavero {
 namespace {
-
-QRecursiveMutex& logLock()
-{
-    static QRecursiveMutex mutex;
-    return mutex;
-}
-
-Logger::Sink& sink()
-{
-    static Logger::Sink instance;
-    return instance;
-}
-
-const QString sourceName = QStringLiteral("TAVERO");
-
-const char* trueOrFalse(bool value)
-{
-    return value ? "true" : "false";
-}
-
-void print(const QString& text)
-{
-    QTextStream(stdout) << text << Qt::endl;
-}
 
 // The event type and identifier of each severity; the message file "taveroeventsource.dll" prints
 // the insertion string for all three identifiers.
@@ -87,60 +63,39 @@ PSID GetUserSid()
 
 } // namespace
 
-void Logger::RegisterSource()
+QString Logger::messageFilePath()
 {
-    const QMutexLocker locker(&logLock());
-    QString messageFile =
-        QCoreApplication::applicationDirPath() + QStringLiteral("/taveroeventsource.dll");
-    messageFile.replace(QLatin1Char('/'), QLatin1Char('\\'));
-    const bool registered = RegisterSource(sourceName, messageFile);
-    print(QStringLiteral("Source Registered: ") + QLatin1String(trueOrFalse(registered)));
+    return QDir::toNativeSeparators(QCoreApplication::applicationDirPath() +
+                                    QStringLiteral("/taveroeventsource.dll"));
 }
 
 bool Logger::RegisterSource(const QString& name, const QString& messageFilePath)
 {
     if (name.isEmpty())
         return false;
-    const QMutexLocker locker(&logLock());
-    const QString keyPath =
-        QStringLiteral("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\services\\"
-                       "eventlog\\Application\\") +
-        name;
-    print(QStringLiteral("Registry Path: ") + keyPath);
-    QSettings key(keyPath, QSettings::NativeFormat);
-    print(QStringLiteral("Registry is writible: ") + QLatin1String(trueOrFalse(key.isWritable())));
+    const QMutexLocker locker(&lock());
+    QSettings key(QStringLiteral("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\services\\"
+                                 "eventlog\\Application\\") +
+                      name,
+                  QSettings::NativeFormat);
+    // Only an administrator may write there; others log with the text alone.
     if (!key.isWritable())
         return false;
     key.setValue(QStringLiteral("EventMessageFile"), messageFilePath);
-    key.sync();
-    if (key.status() != QSettings::NoError)
-        return false;
     key.setValue(QStringLiteral("TypesSupported"), 7u);
     key.sync();
     return key.status() == QSettings::NoError;
 }
 
-void Logger::WriteLog(const QString& message, LoggerSeverity severity)
+void Logger::writeToSystemLog(const QString& message, LoggerSeverity severity)
 {
-    if (message.isEmpty())
-        return;
-    const QMutexLocker locker(&logLock());
-    if (qEnvironmentVariableIntValue("TAVERO_LOG_STDERR") == 1)
-        std::fprintf(stderr, "TAVERO: %s\n", message.toUtf8().constData());
-    if (sink()) {
-        sink()(severity, message);
-        return;
-    }
-    if (sourceName.size() > 254) {
-        print(QStringLiteral("ERROR: Incorrect event source app name size"));
-        return;
-    }
     Win32Api& api = Win32Api::current();
-    const std::wstring source = sourceName.toStdWString();
-    const HANDLE eventLog = api.RegisterEventSourceW(nullptr, source.c_str());
-    print(QStringLiteral("Get event source succeed: ") + QLatin1String(trueOrFalse(eventLog)));
+    // Opened once and kept for the process: the system closes it at exit.
+    static HANDLE eventLog = nullptr;
     if (!eventLog)
-        return;
+        eventLog = api.RegisterEventSourceW(nullptr, L"TAVERO");
+    if (!eventLog)
+        return; // nowhere to write; TAVERO_LOG_STDERR=1 still shows the entry
     WORD type = 0;
     DWORD identifier = 0;
     eventOf(severity, type, identifier);
@@ -150,14 +105,6 @@ void Logger::WriteLog(const QString& message, LoggerSeverity severity)
     api.ReportEventW(eventLog, type, 0, identifier, user, 1, 0, strings, nullptr);
     if (user)
         HeapFree(GetProcessHeap(), 0, user);
-    const bool closed = api.DeregisterEventSource(eventLog) != FALSE;
-    print(QStringLiteral("Deregister event source succeed: ") + QLatin1String(trueOrFalse(closed)));
-}
-
-void Logger::setSink(Sink newSink)
-{
-    const QMutexLocker locker(&logLock());
-    sink() = std::move(newSink);
 }
 
 } // namespace tavero

@@ -1,6 +1,5 @@
 #include "platform/windows/windowsplatform.h"
 
-#include "platform/guardedcall.h"
 #include "platform/platformoverrides.h"
 #include "platform/windows/cominitializer.h"
 #include "platform/windows/win32api.h"
@@ -12,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace tavero {
@@ -185,76 +185,9 @@ struct FreeDeleter {
 
 } // namespace
 
-// ---- Guarded wrappers ------------------------------------------------------------------------
-
-OperationResult WindowsPlatform::disconnect()
-{
-    qDebug() << "WindowsPlatform::disconnect";
-    return guardedCall("disconnect",
-                       QT_TRANSLATE_NOOP("QObject", "warning.could_not_break_vpn_connection"),
-                       [&] { return forceDisconnect(); });
-}
-
-OperationResult WindowsPlatform::connectPptp(const QString& host, const QString& user,
-                                             const QString& password)
-{
-    return guardedCall("connectPptp",
-                       QT_TRANSLATE_NOOP("QObject", "warning.could_not_connect_using_pptp"),
-                       [&] { return forceConnectPptp(host, user, password); });
-}
-
-OperationResult WindowsPlatform::connectL2tp(const QString& host, const QString& user,
-                                             const QString& password, const QString& preSharedKey)
-{
-    return guardedCall(
-        "connectL2tp",
-        QT_TRANSLATE_NOOP("QObject", "warning.unable_to_connect_using_L2TP_protocol"),
-        [&] { return forceConnectL2tp(host, user, password, preSharedKey); });
-}
-
-OperationResult WindowsPlatform::connectIKEv2(const QString& host, const QString& user,
-                                              const QString& password, bool withoutAdminRights)
-{
-    if (!withoutAdminRights && !isRunningAsAdministrator()) {
-        return OperationResult(QCoreApplication::translate(
-            "QObject",
-            QT_TRANSLATE_NOOP("QObject", "warning.unable_to_connect_using_IKEv2_protocol")));
-    }
-    return guardedCall(
-        "connectIKEv2",
-        QT_TRANSLATE_NOOP("QObject", "warning.unable_to_connect_using_IKEv2_protocol"),
-        [&] { return forceConnectIKEv2(host, user, password, withoutAdminRights); });
-}
-
-OperationResult WindowsPlatform::turnOffInternet()
-{
-    return guardedCall("turnOffInternet",
-                       QT_TRANSLATE_NOOP("QObject", "warning.internet_connection_failed"),
-                       [&] { return forceTurnOffInternet(); });
-}
-
-OperationResult WindowsPlatform::turnOnInternet(bool& reenabled)
-{
-    return guardedCall("turnOnInternet",
-                       QT_TRANSLATE_NOOP("QObject", "warning.internet_shutdown_failed"),
-                       [&] { return forceTurnOnInternet(reenabled); });
-}
-
 bool WindowsPlatform::haveDisabledNetDevicesByKillSwitch()
 {
     return !m_remembered.isEmpty();
-}
-
-bool WindowsPlatform::turnOnNetDevices()
-{
-    qDebug() << "container length: " << m_remembered.size();
-    bool reenabled = false;
-    try {
-        forceTurnOnInternet(reenabled);
-    } catch (...) {
-        return false;
-    }
-    return reenabled;
 }
 
 // ---- Dial-up entries -------------------------------------------------------------------------
@@ -287,7 +220,7 @@ OperationResult WindowsPlatform::forceConnectIKEv2(const QString& host, const QS
 {
     const QString entry = QString::fromWCharArray(ikev2Entry);
     createvpn(entry, host, user, password, QString(), VpnIkev2, withoutAdminRights);
-    bool ok = dialUp(entry, user, password);
+    bool ok = dialUp(entry, user, password, 0);
     if (ok) {
         const AdapterInfo adapter = getAdapterInfo(entry);
         const bool found = adapter.interfaceIndex != 0;
@@ -397,27 +330,16 @@ bool WindowsPlatform::connectVpn(const QString& host, const QString& entryName, 
         if (!preSharedKey.isEmpty() && savePreSharedKey(name.c_str(), preSharedKey) > 0)
             return false;
 
-        RASDIALPARAMSW parameters = {};
-        parameters.dwSize = sizeof parameters;
-        copyText(parameters.szEntryName, nameBound, entryName);
-        copyText(parameters.szUserName, nameBound, user);
-        copyText(parameters.szPassword, nameBound, password);
-        HRASCONN connection = nullptr;
-        const DWORD result =
-            api.RasDialW(nullptr, nullptr, &parameters, 0xFFFFFFFF, nullptr, &connection);
-        SecureZeroMemory(parameters.szPassword, sizeof parameters.szPassword);
-        if (result == 0)
-            return true; // disconnect() finds the connection again by enumeration
-        if (connection)
-            api.RasHangUpW(connection);
-        return false;
+        // disconnect() finds the connection again by enumeration.
+        return dialUp(entryName, user, password, 0xFFFFFFFF);
     } catch (...) {
         api.RasDeleteEntryW(nullptr, name.c_str());
         return false;
     }
 }
 
-bool WindowsPlatform::dialUp(const QString& entryName, const QString& user, const QString& password)
+bool WindowsPlatform::dialUp(const QString& entryName, const QString& user, const QString& password,
+                             DWORD notifierType)
 {
     Win32Api& api = Win32Api::current();
     RASDIALPARAMSW parameters = {};
@@ -426,7 +348,8 @@ bool WindowsPlatform::dialUp(const QString& entryName, const QString& user, cons
     copyText(parameters.szUserName, nameBound, user);
     copyText(parameters.szPassword, nameBound, password);
     HRASCONN connection = nullptr;
-    const DWORD result = api.RasDialW(nullptr, nullptr, &parameters, 0, nullptr, &connection);
+    const DWORD result =
+        api.RasDialW(nullptr, nullptr, &parameters, notifierType, nullptr, &connection);
     SecureZeroMemory(parameters.szPassword, sizeof parameters.szPassword);
     if (result == 0)
         return true;
@@ -524,26 +447,19 @@ bool WindowsPlatform::AddRoute(const MIB_IPFORWARD_ROW2& row)
     const DWORD result = Win32Api::current().CreateIpForwardEntry2(&row);
     if (result == NO_ERROR)
         return true;
-    qDebug() << "ERROR Creating route! Code: " << result;
-    switch (result) {
-    case ERROR_ACCESS_DENIED:
-        qDebug() << "ERROR: ACCESS_DENIED";
-        break;
-    case ERROR_NOT_SUPPORTED:
-        qDebug() << "ERROR: NOT_SUPPORTED";
-        break;
-    case ERROR_INVALID_PARAMETER:
-        qDebug() << "ERROR: INVALID_PARAMETER";
-        break;
-    case ERROR_NOT_FOUND:
-        qDebug() << "ERROR: NOT_FOUND";
-        break;
-    case ERROR_OBJECT_ALREADY_EXISTS:
-        qDebug() << "ERROR: OBJECT_ALREADY_EXISTS";
-        break;
-    default:
-        break;
+    // The routing table's usual refusals by name, so a support log reads without a code list.
+    static const std::pair<DWORD, const char*> known[] = {
+        {ERROR_ACCESS_DENIED, "ACCESS_DENIED"},
+        {ERROR_NOT_SUPPORTED, "NOT_SUPPORTED"},
+        {ERROR_INVALID_PARAMETER, "INVALID_PARAMETER"},
+        {ERROR_NOT_FOUND, "NOT_FOUND"},
+        {ERROR_OBJECT_ALREADY_EXISTS, "OBJECT_ALREADY_EXISTS"}};
+    const char* name = "";
+    for (const auto& [code, text] : known) {
+        if (code == result)
+            name = text;
     }
+    qDebug() << "ERROR Creating route! Code: " << result << name;
     return false;
 }
 

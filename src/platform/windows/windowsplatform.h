@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/adapterinfo.h"
-#include "platform/iplatform.h"
+#include "platform/guardedplatform.h"
 
 #include <QList>
 #include <QString>
@@ -19,7 +19,7 @@ namespace tavero {
 // rights the IKEv2 entry leaves the IPv4 default gateway alone and four half-default routes on the
 // tunnel's adapter pull all traffic in. Network switch-off goes through the COM network
 // connection manager and remembers the GUIDs it switched off; only those are switched on again.
-class WindowsPlatform : public IPlatform {
+class WindowsPlatform : public GuardedPlatform {
 public:
     enum vpn_type { VpnPptp = 0, VpnL2tp = 1, VpnIkev2 = 2 };
 
@@ -32,17 +32,7 @@ public:
     bool l2tpSupports() override { return true; }
     bool isPptpAsync() override { return true; }
     bool isL2tpAsync() override { return true; }
-    OperationResult disconnect() override;
-    OperationResult connectPptp(const QString& host, const QString& user,
-                                const QString& password) override;
-    OperationResult connectL2tp(const QString& host, const QString& user, const QString& password,
-                                const QString& preSharedKey) override;
-    OperationResult connectIKEv2(const QString& host, const QString& user, const QString& password,
-                                 bool withoutAdminRights) override;
-    OperationResult turnOffInternet() override;
-    OperationResult turnOnInternet(bool& reenabled) override;
     bool haveDisabledNetDevicesByKillSwitch() override;
-    bool turnOnNetDevices() override;
 
     // GUIDs of the connections the kill switch switched off, in that order.
     const QList<QUuid>& rememberedConnections() const { return m_remembered; }
@@ -68,15 +58,15 @@ public:
     static QString runKeyPath();
 
 protected:
-    virtual OperationResult forceDisconnect();
-    virtual OperationResult forceConnectPptp(const QString& host, const QString& user,
-                                             const QString& password);
-    virtual OperationResult forceConnectL2tp(const QString& host, const QString& user,
-                                             const QString& password, const QString& preSharedKey);
-    virtual OperationResult forceConnectIKEv2(const QString& host, const QString& user,
-                                              const QString& password, bool withoutAdminRights);
-    virtual OperationResult forceTurnOffInternet();
-    virtual OperationResult forceTurnOnInternet(bool& reenabled);
+    OperationResult forceDisconnect() override;
+    OperationResult forceConnectPptp(const QString& host, const QString& user,
+                                     const QString& password) override;
+    OperationResult forceConnectL2tp(const QString& host, const QString& user,
+                                     const QString& password, const QString& preSharedKey) override;
+    OperationResult forceConnectIKEv2(const QString& host, const QString& user,
+                                      const QString& password, bool withoutAdminRights) override;
+    OperationResult forceTurnOffInternet() override;
+    OperationResult forceTurnOnInternet(bool& reenabled) override;
 
 private:
     void createvpn(const QString& entryName, const QString& host, const QString& user,
@@ -84,7 +74,10 @@ private:
                    bool withoutAdminRights);
     bool connectVpn(const QString& host, const QString& entryName, const QString& user,
                     const QString& password, const QString& preSharedKey, vpn_type type);
-    bool dialUp(const QString& entryName, const QString& user, const QString& password);
+    // Dials the entry and waits for the answer (RasDialW with no notifier, `notifierType` passed
+    // on); a refused attempt is hung up.
+    bool dialUp(const QString& entryName, const QString& user, const QString& password,
+                unsigned long notifierType);
     OperationResult enableOrDisableConnections(bool enable, bool& reenabled);
     static bool guidInContainerAndEraseIfExists(const QUuid& guid, QList<QUuid> list);
 
