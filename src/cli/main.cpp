@@ -13,6 +13,7 @@
 #include "connection/killswitcher.h"
 #include "connection/runtimedirectory.h"
 #include "manager/vpnmanager.h"
+#include "platform/logger.h"
 #include "platform/nativeplatform.h"
 
 #include <QCoreApplication>
@@ -21,6 +22,8 @@
 
 int main(int argc, char* argv[])
 {
+    // Standard output carries the answers scripts read; the system log's steps go beside them.
+    tavero::Logger::setStepStream(stderr);
     qInstallMessageHandler(tavero::messageHandler);
     // No Qt plug-ins: the only ones this program would load are the network bearer plug-ins,
     // which the first network access manager loads and starts (NetworkManager and ConnMan over

@@ -33,20 +33,22 @@ QRecursiveMutex& Logger::lock()
     return mutex;
 }
 
+std::FILE*& Logger::stepStream()
+{
+    static std::FILE* stream = stdout;
+    return stream;
+}
+
+void Logger::setStepStream(std::FILE* stream)
+{
+    const QMutexLocker locker(&lock());
+    stepStream() = stream;
+}
+
 void Logger::RegisterSource()
 {
     const QMutexLocker locker(&lock());
-    // The message handler asks for every message; the system needs to hear it once.
-    static bool attempted = false;
-    if (attempted)
-        return;
-    attempted = true;
-    if (!RegisterSource(QStringLiteral("TAVERO"), messageFilePath())) {
-        // Not through a test's sink: this is about the system log itself.
-        writeToSystemLog(QStringLiteral("The system log refused the source TAVERO; its entries "
-                                        "carry the text alone"),
-                         LoggerSeverity::Warning);
-    }
+    reportRegistration(RegisterSource(QStringLiteral("TAVERO"), messageFilePath()));
 }
 
 void Logger::WriteLog(const QString& message, LoggerSeverity severity)

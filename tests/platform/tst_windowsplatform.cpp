@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <cstring>
 #include <deque>
-#include <io.h>
 #include <memory>
 #include <raserror.h>
 #include <tuple>
@@ -207,6 +206,7 @@ public:
                     user ? "set" : "none", strings[0], count),
                TRUE;
     }
+    BOOL DeregisterEventSource(HANDLE) override { return calls << "event source closed", TRUE; }
     BOOL ShellExecuteExW(SHELLEXECUTEINFOW* info) override
     {
         return note("shell %ls '%ls' show %d mask %lu params %s", info->lpVerb,
@@ -383,28 +383,35 @@ private slots:
     // The event log, the elevation request and the start-up warning box.
     void systemIntegration()
     {
-        // The message handler registers before every message: nothing may reach standard output,
-        // and the source opens once however many entries follow.
+        // The message handler registers before every message, each entry opens and closes the
+        // source, and every step is reported on the step stream (tavero-cli's is standard error).
         std::FILE* captured = std::tmpfile();
-        std::fflush(stdout);
-        const int console = _dup(1);
-        _dup2(_fileno(captured), 1);
+        Logger::setStepStream(captured);
         Logger logger;
         const char* const texts[] = {"warning", "information", "error"}; // severities 0, 1, 2
         for (int severity = 0; severity < 3; ++severity) {
             logger.RegisterSource();
             logger.WriteLog(texts[severity], LoggerSeverity(severity));
         }
-        std::fflush(stdout);
-        _dup2(console, 1);
-        _close(console);
-        QCOMPARE((std::fseek(captured, 0, SEEK_END), std::ftell(captured)), 0L);
+        Logger::setStepStream(stdout);
+        std::rewind(captured);
+        QByteArray steps(4096, '\0');
+        steps.truncate(int(std::fread(steps.data(), 1, size_t(steps.size()), captured)));
         std::fclose(captured);
+        const QByteArray oneEntry = "Registry Path: HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\"
+                                    "services\\eventlog\\Application\\TAVERO\n"
+                                    "Registry is writible: true\nSource Registered: true\n"
+                                    "Get event source succeed: true\n"
+                                    "Deregister event source succeed: true\n";
+        QCOMPARE(steps, oneEntry + oneEntry + oneEntry);
         QCOMPARE(api->calls,
                  (QStringList{"event source TAVERO",
                               "event type 2 category 0 id c0000101 user set 'warning' of 1",
+                              "event source closed", "event source TAVERO",
                               "event type 4 category 0 id c0000100 user set 'information' of 1",
-                              "event type 1 category 0 id c0000102 user set 'error' of 1"}));
+                              "event source closed", "event source TAVERO",
+                              "event type 1 category 0 id c0000102 user set 'error' of 1",
+                              "event source closed"}));
 
         api->calls.clear();
         qunsetenv("TAVERO_NO_ELEVATE");

@@ -48,6 +48,8 @@ bool Logger::RegisterSource(const QString& sourceName, const QString& /*messageF
     return true;
 }
 
+void Logger::reportRegistration(bool /*registered*/) {}
+
 void Logger::writeToSystemLog(const QString& message, LoggerSeverity severity)
 {
     syslog(priorityOf(severity), "%s", message.toUtf8().constData());

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QRecursiveMutex>
 #include <QSettings>
+#include <cstdio>
 
 namespace tavero {
 namespace {
@@ -29,6 +30,11 @@ void eventOf(LoggerSeverity severity, WORD& type, DWORD& identifier)
     }
     type = EVENTLOG_ERROR_TYPE;
     identifier = 0xC0000102;
+}
+
+const char* trueOrFalse(bool value)
+{
+    return value ? "true" : "false";
 }
 
 // A copy of the current user's security identifier from the process heap (the caller frees it
@@ -74,26 +80,41 @@ bool Logger::RegisterSource(const QString& name, const QString& messageFilePath)
     if (name.isEmpty())
         return false;
     const QMutexLocker locker(&lock());
-    QSettings key(QStringLiteral("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\services\\"
-                                 "eventlog\\Application\\") +
-                      name,
-                  QSettings::NativeFormat);
+    const QString keyPath =
+        QStringLiteral("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\services\\"
+                       "eventlog\\Application\\") +
+        name;
+    std::fprintf(stepStream(), "Registry Path: %s\n", qUtf8Printable(keyPath));
+    QSettings key(keyPath, QSettings::NativeFormat);
     // Only an administrator may write there; others log with the text alone.
+    std::fprintf(stepStream(), "Registry is writible: %s\n", trueOrFalse(key.isWritable()));
     if (!key.isWritable())
         return false;
     key.setValue(QStringLiteral("EventMessageFile"), messageFilePath);
+    key.sync();
+    if (key.status() != QSettings::NoError)
+        return false;
     key.setValue(QStringLiteral("TypesSupported"), 7u);
     key.sync();
     return key.status() == QSettings::NoError;
 }
 
+void Logger::reportRegistration(bool registered)
+{
+    std::fprintf(stepStream(), "Source Registered: %s\n", trueOrFalse(registered));
+    std::fflush(stepStream());
+}
+
 void Logger::writeToSystemLog(const QString& message, LoggerSeverity severity)
 {
+    const QString sourceName = QStringLiteral("TAVERO");
+    if (sourceName.size() > 254) {
+        std::fprintf(stepStream(), "ERROR: Incorrect event source app name size\n");
+        return;
+    }
     Win32Api& api = Win32Api::current();
-    // Opened once and kept for the process: the system closes it at exit.
-    static HANDLE eventLog = nullptr;
-    if (!eventLog)
-        eventLog = api.RegisterEventSourceW(nullptr, L"TAVERO");
+    const HANDLE eventLog = api.RegisterEventSourceW(nullptr, sourceName.toStdWString().c_str());
+    std::fprintf(stepStream(), "Get event source succeed: %s\n", trueOrFalse(eventLog));
     if (!eventLog)
         return; // nowhere to write; TAVERO_LOG_STDERR=1 still shows the entry
     WORD type = 0;
@@ -105,6 +126,9 @@ void Logger::writeToSystemLog(const QString& message, LoggerSeverity severity)
     api.ReportEventW(eventLog, type, 0, identifier, user, 1, 0, strings, nullptr);
     if (user)
         HeapFree(GetProcessHeap(), 0, user);
+    const bool closed = api.DeregisterEventSource(eventLog) != FALSE;
+    std::fprintf(stepStream(), "Deregister event source succeed: %s\n", trueOrFalse(closed));
+    std::fflush(stepStream());
 }
 
 } // namespace tavero

@@ -125,6 +125,11 @@ BOOL Win32Api::ReportEventW(HANDLE eventLog, WORD type, WORD category, DWORD eve
                           data);
 }
 
+BOOL Win32Api::DeregisterEventSource(HANDLE eventLog)
+{
+    return ::DeregisterEventSource(eventLog);
+}
+
 BOOL Win32Api::ShellExecuteExW(SHELLEXECUTEINFOW* info)
 {
     return ::ShellExecuteExW(info);

@@ -59,6 +59,7 @@ public:
     virtual HANDLE RegisterEventSourceW(LPCWSTR server, LPCWSTR source);
     virtual BOOL ReportEventW(HANDLE eventLog, WORD type, WORD category, DWORD eventId, PSID user,
                               WORD stringCount, DWORD dataSize, LPCWSTR* strings, LPVOID data);
+    virtual BOOL DeregisterEventSource(HANDLE eventLog);
     virtual BOOL ShellExecuteExW(SHELLEXECUTEINFOW* info);
     virtual int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
 };
