@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <thread>
 
 class QNetworkRequest;
 
@@ -18,25 +17,12 @@ struct Endpoints;
 class ServiceTrust {
 public:
     // Reads `endpoints.caFile` (when set) and trusts its certificates for the endpoints' hosts.
-    // An unreadable file, or one without a PEM certificate, is a warning and changes nothing. A
-    // file already trusted (or being read) for the same endpoints is not read again: a warm-up
-    // thread may have read it.
+    // An unreadable file, or one without a PEM certificate, is a warning and changes nothing.
     static void add(const Endpoints& endpoints);
 
-    // add() on a new thread, which then also loads and starts the TLS library, so both overlap
-    // the caller's start-up; the caller joins the thread. Clients built meanwhile read nothing
-    // and their first request waits for the file (apply).
-    static std::thread addInBackground(const Endpoints& endpoints);
-
     // Gives `request` the TLS configuration for its address: the service's CAs for a service
-    // host, the process's default configuration otherwise. Waits for a file still being read.
+    // host, the process's default configuration otherwise.
     static void apply(QNetworkRequest& request);
-
-private:
-    static QString key(const Endpoints& endpoints);
-    // Marks the file as being read; false when there is none or it is trusted or being read.
-    static bool reserve(const Endpoints& endpoints);
-    static void read(const Endpoints& endpoints);
 };
 
 } // namespace tavero

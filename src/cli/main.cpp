@@ -1,7 +1,6 @@
 // tavero-cli: the headless front end over the VPN manager, for scripts, tests and benchmarks.
 
 #include "api/serverapi.h"
-#include "api/servicetrust.h"
 #include "app/messagehandler.h"
 #include "app/settings.h"
 #include "app/signalwatcher.h"
@@ -18,7 +17,6 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QScopeGuard>
 #include <QTranslator>
 
 int main(int argc, char* argv[])
@@ -51,14 +49,6 @@ int main(int argc, char* argv[])
         options.command == CliOptions::Command::Version)
         return CliApp::printInformation(options, output);
 
-    // Loading and starting the TLS library and reading the service's CA file take about as long
-    // as everything else before the first exchange: they run beside the settings, leftover and
-    // manager work below. The service client built there finds the file taken care of; its
-    // first request waits for the read.
-    const tavero::Endpoints endpoints = tavero::Endpoints::fromEnvironment();
-    std::thread tlsWarmUp = tavero::ServiceTrust::addInBackground(endpoints);
-    const auto joinWarmUp = qScopeGuard([&tlsWarmUp] { tlsWarmUp.join(); });
-
     // Messages for scripts are English whatever language the graphical client uses.
     QTranslator english;
     if (english.load(QStringLiteral(":/translations/eng")))
@@ -84,7 +74,7 @@ int main(int argc, char* argv[])
     if (options.command == CliOptions::Command::Connect)
         stopSignals = std::make_unique<tavero::SignalWatcher>();
 
-    tavero::ServerApi api(endpoints);
+    tavero::ServerApi api;
     // Likewise the network connections such a copy's kill switch left switched off come back,
     // whatever the command: `status` must not describe a machine cut off by a dead client.
     {

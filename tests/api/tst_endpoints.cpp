@@ -132,14 +132,6 @@ private slots:
         for (const char* other : {"https://service.test/", "https://other.test:8443/"})
             QVERIFY2(!trustFor(other).contains(root), other);
         QVERIFY(!QSslConfiguration::defaultConfiguration().caCertificates().contains(root));
-
-        // Read on a thread of its own: a client built meanwhile trusts the file from its first
-        // request on.
-        endpoints.apiBaseUrl = "https://warm.test:8443";
-        std::thread reading = tavero::ServiceTrust::addInBackground(endpoints);
-        ServerApi third(endpoints);
-        QCOMPARE(trustFor("https://warm.test:8443/user"), QList<QSslCertificate>{root});
-        reading.join();
     }
 
     void unreachableServiceGivesNoInternetEverywhere()
