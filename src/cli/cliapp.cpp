@@ -119,13 +119,8 @@ int CliApp::run()
 {
     switch (m_options.command) {
     case CliOptions::Command::Help:
-        m_output.result({{QStringLiteral("usage"), CliOptions::usage()}}, CliOptions::usage());
-        return Success;
     case CliOptions::Command::Version:
-        m_output.result(
-            {{QStringLiteral("version"), QCoreApplication::applicationVersion()}},
-            QStringLiteral("tavero-cli %1").arg(QCoreApplication::applicationVersion()));
-        return Success;
+        return printInformation(m_options, m_output);
     case CliOptions::Command::Login:
         return login();
     case CliOptions::Command::Servers:
@@ -138,6 +133,17 @@ int CliApp::run()
         return logout();
     }
     return Failure;
+}
+
+int CliApp::printInformation(const CliOptions& options, CliOutput& output)
+{
+    if (options.command == CliOptions::Command::Help) {
+        output.result({{QStringLiteral("usage"), CliOptions::usage()}}, CliOptions::usage());
+    } else {
+        output.result({{QStringLiteral("version"), QCoreApplication::applicationVersion()}},
+                      QStringLiteral("tavero-cli %1").arg(QCoreApplication::applicationVersion()));
+    }
+    return Success;
 }
 
 void CliApp::requestStop(int signalNumber)

@@ -37,9 +37,12 @@ public:
     // a stop request (stopRequested) or a failure.
     int run();
 
-    // SIGINT/SIGTERM/SIGHUP for a running connect; before the tunnel is up the request waits for the
-    // attempt to end, then disconnects.
+    // SIGINT/SIGTERM/SIGHUP for a running connect; before the tunnel is up the request waits for
+    // the attempt to end, then disconnects.
     void requestStop(int signalNumber);
+
+    // Prints the usage (help) or the version; needs neither the service nor the settings.
+    static int printInformation(const CliOptions& options, CliOutput& output);
 
     // The lock file guarding the settings store against two tunnel-managing commands.
     static QString lockFilePath();

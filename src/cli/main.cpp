@@ -48,6 +48,9 @@ int main(int argc, char* argv[])
         output.note(QStringLiteral("Run tavero-cli --help for the commands."));
         return UsageError;
     }
+    if (options.command == CliOptions::Command::Help ||
+        options.command == CliOptions::Command::Version)
+        return CliApp::printInformation(options, output);
 
     // Messages for scripts are English whatever language the graphical client uses.
     QTranslator english;
