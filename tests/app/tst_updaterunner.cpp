@@ -38,15 +38,16 @@ QString machineArchitecture()
 }
 
 // A real Debian package with the given control fields, built with dpkg-deb.
-QByteArray debianPackage(const QString& name, const QString& architecture)
+QByteArray debianPackage(const QString& name, const QString& architecture,
+                         const QString& version = QStringLiteral("1.2.3.11"))
 {
     QTemporaryDir root;
     QDir(root.path()).mkpath("tree/DEBIAN");
     QDir(root.path()).mkpath("tree/usr/share/doc/" + name);
-    const QString control = QStringLiteral("Package: %1\nVersion: 1.2.3.11\nArchitecture: %2\n"
+    const QString control = QStringLiteral("Package: %1\nVersion: %3\nArchitecture: %2\n"
                                            "Maintainer: Tavero <dev@tavero.example>\n"
                                            "Description: test package\n")
-                                .arg(name, architecture);
+                                .arg(name, architecture, version);
     writeFile(root.filePath("tree/DEBIAN/control"), control.toUtf8());
     writeFile(root.filePath("tree/usr/share/doc/" + name + "/README"), "readme\n");
     QProcess build;
@@ -132,24 +133,35 @@ private slots:
         QVERIFY(m_otherPackage.startsWith("!<arch>"));
     }
 
+    // It installs with administrator rights: only a newer package of the client for this
+    // machine, which nobody else could have put or changed where it lies.
     void handlesTheDownloadedFile_data()
     {
         QTest::addColumn<QVariant>("content"); // null: no file
         QTest::addColumn<int>("installerExit");
         QTest::addColumn<int>("expectedExit");
+        QTest::addColumn<bool>("othersMayWrite"); // the folder it lies in
 
-        QTest::newRow("no file") << QVariant() << 0 << int(NoUpdate);
+        QTest::newRow("no file") << QVariant() << 0 << int(NoUpdate) << false;
         QTest::newRow("Windows installer")
-            << QVariant(QByteArray("MZ\x90\0\3\0\0\0", 8)) << 0 << int(NotInstallable);
+            << QVariant(QByteArray("MZ\x90\0\3\0\0\0", 8)) << 0 << int(NotInstallable) << false;
         QTest::newRow("truncated package")
             << QVariant(m_clientPackage.left(m_clientPackage.size() / 2)) << 0
-            << int(NotInstallable);
-        QTest::newRow("another package") << QVariant(m_otherPackage) << 0 << int(NotInstallable);
+            << int(NotInstallable) << false;
+        QTest::newRow("another package")
+            << QVariant(m_otherPackage) << 0 << int(NotInstallable) << false;
         QTest::newRow("another architecture")
-            << QVariant(m_foreignArchitecturePackage) << 0 << int(NotInstallable);
+            << QVariant(m_foreignArchitecturePackage) << 0 << int(NotInstallable) << false;
         QTest::newRow("client package for every architecture")
-            << QVariant(m_clientPackage) << 0 << int(Installed);
-        QTest::newRow("installer fails") << QVariant(m_clientPackage) << 100 << int(InstallFailed);
+            << QVariant(m_clientPackage) << 0 << int(Installed) << false;
+        QTest::newRow("installer fails")
+            << QVariant(m_clientPackage) << 100 << int(InstallFailed) << false;
+        QTest::newRow("older version") << QVariant(debianPackage("tavero", "all", "1.2.3.9")) << 0
+                                       << int(NotInstallable) << false;
+        QTest::newRow("same version") << QVariant(debianPackage("tavero", "all", "1.2.3.10")) << 0
+                                      << int(NotInstallable) << false;
+        QTest::newRow("folder others may write")
+            << QVariant(m_clientPackage) << 0 << int(NotInstallable) << true;
     }
 
     void handlesTheDownloadedFile()
@@ -157,11 +169,16 @@ private slots:
         QFETCH(QVariant, content);
         QFETCH(int, installerExit);
         QFETCH(int, expectedExit);
+        QFETCH(bool, othersMayWrite);
 
         const auto installation = makeInstallation();
         QVERIFY(installation);
         if (!content.isNull())
             QVERIFY(writeFile(installation->updateFile(), content.toByteArray()));
+        if (othersMayWrite)
+            QVERIFY(QFile::setPermissions(installation->directory.path(),
+                                          QFile::permissions(installation->directory.path()) |
+                                              QFile::WriteOther));
 
         QProcess runner;
         start(runner, *installation, environment(installerExit), uniqueInstanceName());

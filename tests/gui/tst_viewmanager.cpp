@@ -133,6 +133,18 @@ private slots:
         QVERIFY(driver.failures().isEmpty());
     }
 
+    // With no tray to bring it back, the minimised window keeps its taskbar button.
+    void minimisedWindowStaysOnTheTaskbarWithoutATray()
+    {
+        MainWindow::overrideTrayAvailable(false);
+        window().show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window()));
+        window().setWindowState(Qt::WindowMinimized);
+        MainWindow::overrideTrayAvailable(std::nullopt);
+        QCOMPARE(window().parentWidget(), nullptr);
+        QVERIFY(window().isWindow() && window().isVisible());
+    }
+
     // Nested waits keep the page disabled until the outermost restore; the page may change (a
     // log-in that ends on the status page) or die meanwhile, and the one disabled at the start
     // still comes back; destruction ends an open wait.
