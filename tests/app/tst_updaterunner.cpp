@@ -18,9 +18,10 @@ bool writeFile(const QString& path, const QByteArray& content, bool executable =
         file.write(content) != content.size())
         return false;
     file.close();
-    if (executable)
-        file.setPermissions(file.permissions() | QFile::ExeOwner | QFile::ExeUser);
-    return true;
+    // The owner's alone, as the client saves the update (the runner refuses one others could
+    // change), whatever the umask.
+    return file.setPermissions(QFile::ReadOwner | QFile::WriteOwner |
+                               (executable ? QFile::ExeOwner : QFile::Permissions()));
 }
 
 QByteArray readFile(const QString& path)
@@ -43,6 +44,11 @@ QByteArray debianPackage(const QString& name, const QString& architecture,
 {
     QTemporaryDir root;
     QDir(root.path()).mkpath("tree/DEBIAN");
+    // dpkg-deb takes no other mode, whatever the umask (the coverage run clears it).
+    QFile::setPermissions(root.filePath("tree/DEBIAN"), QFile::ReadOwner | QFile::WriteOwner |
+                                                            QFile::ExeOwner | QFile::ReadGroup |
+                                                            QFile::ExeGroup | QFile::ReadOther |
+                                                            QFile::ExeOther);
     QDir(root.path()).mkpath("tree/usr/share/doc/" + name);
     const QString control = QStringLiteral("Package: %1\nVersion: %3\nArchitecture: %2\n"
                                            "Maintainer: Tavero <dev@tavero.example>\n"

@@ -78,6 +78,8 @@ private slots:
     void connect_data();
     void connect();
     void secondCommandWhileLockHeldIsBusy();
+    void serversNameTheBestServerOrNone_data();
+    void serversNameTheBestServerOrNone();
     void passwordAtATerminalIsNotEchoed();
 
 private:
@@ -347,6 +349,34 @@ void TestCliApp::secondCommandWhileLockHeldIsBusy()
     QCOMPARE(m_fixture->exchanges(), 0);
     // logout does not manage the tunnel and still works.
     QCOMPARE(run({"--json", "logout"}), int(Success));
+}
+
+// Each country with its least loaded available server, or none; as JSON and as text.
+void TestCliApp::serversNameTheBestServerOrNone_data()
+{
+    QTest::addColumn<bool>("json");
+    QTest::newRow("json") << true;
+    QTest::newRow("text") << false;
+}
+
+void TestCliApp::serversNameTheBestServerOrNone()
+{
+    QFETCH(bool, json);
+    storeToken();
+    QCOMPARE(run(json ? QStringList{"--json", "servers"} : QStringList{"servers"}), int(Success));
+    if (json) {
+        QStringList best;
+        for (const QJsonValue& country : lastJson().value("all").toArray())
+            best << country["code"].toString() + ":" + country["bestServer"].toString("none");
+        QCOMPARE(best, QStringList({"FR:fr-1", "DE:de-2", "NL:none"}));
+    } else {
+        QVERIFY2(m_out.contains("Germany") && m_out.contains("de-2") &&
+                     m_out.contains("no available server"),
+                 m_out.constData());
+    }
+    // Neither needs the manager.
+    QCOMPARE(run(json ? QStringList{"--json", "--version"} : QStringList{"--help"}), int(Success));
+    QVERIFY(json ? lastJson().contains("version") : m_out.contains("Usage: tavero-cli"));
 }
 
 // What `login` reads at a terminal: the password is not echoed, and the echo comes back afterwards.
