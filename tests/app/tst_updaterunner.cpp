@@ -11,24 +11,16 @@ namespace {
 
 enum Exit { Installed = 0, NoUpdate = 2, NotInstallable = 3, InstallFailed = 4 };
 
+// The owner's alone, as the client saves the update (the runner refuses one others could change),
+// whatever the umask.
 bool writeFile(const QString& path, const QByteArray& content, bool executable = false)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-        file.write(content) != content.size())
-        return false;
-    file.close();
-    // The owner's alone, as the client saves the update (the runner refuses one others could
-    // change), whatever the umask.
-    return file.setPermissions(QFile::ReadOwner | QFile::WriteOwner |
-                               (executable ? QFile::ExeOwner : QFile::Permissions()));
+    return tavero::test::TestEnvironment::writeFile(path, content) &&
+           QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner |
+                                           (executable ? QFile::ExeOwner : QFile::Permissions()));
 }
 
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using tavero::test::TestEnvironment;
 
 QString machineArchitecture()
 {
@@ -60,7 +52,7 @@ QByteArray debianPackage(const QString& name, const QString& architecture,
     build.start("dpkg-deb",
                 {"--root-owner-group", "--build", root.filePath("tree"), root.filePath("p.deb")});
     build.waitForFinished(30000);
-    return readFile(root.filePath("p.deb"));
+    return TestEnvironment::readFile(root.filePath("p.deb"));
 }
 
 } // namespace
@@ -148,26 +140,21 @@ private slots:
         QTest::addColumn<int>("expectedExit");
         QTest::addColumn<bool>("othersMayWrite"); // the folder it lies in
 
+        const auto refused = [](const char* name, const QByteArray& content, bool shared = false) {
+            QTest::newRow(name) << QVariant(content) << 0 << int(NotInstallable) << shared;
+        };
         QTest::newRow("no file") << QVariant() << 0 << int(NoUpdate) << false;
-        QTest::newRow("Windows installer")
-            << QVariant(QByteArray("MZ\x90\0\3\0\0\0", 8)) << 0 << int(NotInstallable) << false;
-        QTest::newRow("truncated package")
-            << QVariant(m_clientPackage.left(m_clientPackage.size() / 2)) << 0
-            << int(NotInstallable) << false;
-        QTest::newRow("another package")
-            << QVariant(m_otherPackage) << 0 << int(NotInstallable) << false;
-        QTest::newRow("another architecture")
-            << QVariant(m_foreignArchitecturePackage) << 0 << int(NotInstallable) << false;
+        refused("Windows installer", QByteArray("MZ\x90\0\3\0\0\0", 8));
+        refused("truncated package", m_clientPackage.left(m_clientPackage.size() / 2));
+        refused("another package", m_otherPackage);
+        refused("another architecture", m_foreignArchitecturePackage);
+        refused("older version", debianPackage("tavero", "all", "1.2.3.9"));
+        refused("same version", debianPackage("tavero", "all", "1.2.3.10"));
+        refused("folder others may write", m_clientPackage, true);
         QTest::newRow("client package for every architecture")
             << QVariant(m_clientPackage) << 0 << int(Installed) << false;
         QTest::newRow("installer fails")
             << QVariant(m_clientPackage) << 100 << int(InstallFailed) << false;
-        QTest::newRow("older version") << QVariant(debianPackage("tavero", "all", "1.2.3.9")) << 0
-                                       << int(NotInstallable) << false;
-        QTest::newRow("same version") << QVariant(debianPackage("tavero", "all", "1.2.3.10")) << 0
-                                      << int(NotInstallable) << false;
-        QTest::newRow("folder others may write")
-            << QVariant(m_clientPackage) << 0 << int(NotInstallable) << true;
     }
 
     void handlesTheDownloadedFile()
@@ -196,14 +183,14 @@ private slots:
         const bool installerRan = expectedExit == Installed || expectedExit == InstallFailed;
         QCOMPARE(QFile::exists(installation->installerLog()), installerRan);
         if (installerRan)
-            QCOMPARE(readFile(installation->installerLog()).trimmed(),
+            QCOMPARE(TestEnvironment::readFile(installation->installerLog()).trimmed(),
                      installation->updateFile().toUtf8());
 
         if (expectedExit == Installed) {
             QVERIFY2(!QFile::exists(installation->updateFile()), "installed file left behind");
             QTRY_VERIFY(QFile::exists(installation->startedLog()));
             // Started again from the program directory, without arguments.
-            QTRY_COMPARE(readFile(installation->startedLog()).trimmed(),
+            QTRY_COMPARE(TestEnvironment::readFile(installation->startedLog()).trimmed(),
                          QDir(installation->directory.path()).canonicalPath().toUtf8() + " 0");
         } else {
             QCOMPARE(QFile::exists(installation->updateFile()), !content.isNull());

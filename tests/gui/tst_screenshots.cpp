@@ -5,8 +5,7 @@
 #include <QTemporaryDir>
 
 // Runs the screenshot tool the way a developer does, offscreen: every registered page and state
-// renders (painting, styling and the pages over the scripted service with it), and bad arguments
-// write nothing.
+// renders (painting, styling and the pages over the scripted service with it).
 class TestScreenshots : public QObject {
     Q_OBJECT
 
@@ -93,23 +92,6 @@ private slots:
         QVERIFY(addressHeight(picture("status-long-connected-rus.png")) < ipv4Height - 3);
         QVERIFY(picture("newversion-compact-eng.png").height() <
                 picture("newversion-changelog-eng.png").height());
-    }
-
-    void refusesUnknownPagesAndLanguages_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("page") << QStringList{"--pages", "about,nosuchpage"};
-        QTest::newRow("language") << QStringList{"--languages", "eng,xx"};
-    }
-
-    void refusesUnknownPagesAndLanguages()
-    {
-        QFETCH(QStringList, arguments);
-        QTemporaryDir out;
-        int code = -1;
-        QVERIFY(run(QStringList{"--out", out.path()} + arguments, nullptr, nullptr, &code));
-        QCOMPARE(code, 2);
-        QVERIFY(QDir(out.path()).entryList({"*.png"}).isEmpty());
     }
 };
 

@@ -3,7 +3,6 @@
 #include "support/testmain.h"
 
 #include <QDBusConnectionInterface>
-#include <QDBusMetaType>
 #include <QtTest>
 
 using tavero::LinuxPlatform;
@@ -166,6 +165,9 @@ private slots:
         QVERIFY(mock(nmPath, "AddMethod", working).isValid());
         QVERIFY(platform.turnOnInternet(reenabled).isSuccess);
         QCOMPARE(activeUuids(), QStringList({"leaving", "lo", "wifi", "wired"}));
+        // Nothing remembered any more: nothing to switch on.
+        QVERIFY(!platform.turnOnInternet(reenabled).isSuccess);
+        QVERIFY(!reenabled);
     }
 
 private:
