@@ -40,11 +40,6 @@ QString SingleInstanceMarker::generateGuidedName(const QString& name)
     return name + QStringLiteral("_{") + programGuid + QStringLiteral("}");
 }
 
-QString SingleInstanceMarker::sharedMemoryName(const QString& key)
-{
-    return key + QStringLiteral("shared_memory");
-}
-
 QString SingleInstanceMarker::lockFilePath(const QString& key)
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +

@@ -32,8 +32,6 @@ public:
 
     // name + "_{<fixed GUID>}".
     static QString generateGuidedName(const QString& name);
-    // key + "shared_memory": the marker's name on Windows.
-    static QString sharedMemoryName(const QString& key);
     // The lock file of `key` in the user's settings folder.
     static QString lockFilePath(const QString& key);
 

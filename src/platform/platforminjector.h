@@ -9,8 +9,6 @@ namespace tavero {
 // Owns the one platform object of the program and lends it out as the interface.
 class PlatformInjector {
 public:
-    // Creates the platform implementation this build runs on.
-    PlatformInjector();
     // Takes an implementation made elsewhere (tests hand in a scripted platform); must not be null.
     explicit PlatformInjector(std::unique_ptr<IPlatform> platform);
     ~PlatformInjector();

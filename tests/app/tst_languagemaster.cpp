@@ -30,13 +30,6 @@ QString installedLanguage()
     return byText.value(text, QStringLiteral("<unknown text %1>").arg(text));
 }
 
-void writeFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QCOMPARE(file.write(content), qint64(content.size()));
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(QLocale::Language)
@@ -100,7 +93,8 @@ private slots:
         QFETCH(QString, expectedInstalled);
 
         if (!handOver.isNull())
-            writeFile(QStringLiteral("language.txt"), handOver.toByteArray());
+            QVERIFY(
+                tavero::test::TestEnvironment::writeFile("language.txt", handOver.toByteArray()));
         Settings settings;
         settings.setSelectedLanguage(stored);
 

@@ -2,9 +2,13 @@
 #include "platform/logger.h"
 #include "support/testmain.h"
 
+#include <QTemporaryFile>
 #include <QThread>
 #include <QVector>
 #include <utility>
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
 
 using tavero::LoggerSeverity;
 
@@ -27,19 +31,37 @@ private slots:
         tavero::Logger::setSink({});
     }
 
+    // With TAVERO_LOG_STDERR=1 every entry is mirrored to stderr (a file here).
     void eachWrittenTypeGivesOneEntryWithItsSeverity()
     {
+        QTemporaryFile mirror;
+        QVERIFY(mirror.open());
+#ifdef Q_OS_UNIX
+        const int savedStderr = ::dup(STDERR_FILENO);
+        ::dup2(mirror.handle(), STDERR_FILENO);
+        qputenv("TAVERO_LOG_STDERR", "1");
+#endif
         qDebug() << "debug lines go nowhere";
         qInfo("information %d", 1);
         qWarning("warning %d", 2);
         qCritical("critical %d", 3);
-        QCOMPARE(m_entries.size(), 3);
-        QCOMPARE(m_entries[0].first, LoggerSeverity::Information);
-        QCOMPARE(m_entries[0].second, QString("information 1"));
-        QCOMPARE(m_entries[1].first, LoggerSeverity::Warning);
-        QCOMPARE(m_entries[1].second, QString("warning 2"));
-        QCOMPARE(m_entries[2].first, LoggerSeverity::Error);
-        QCOMPARE(m_entries[2].second, QString("critical 3"));
+#ifdef Q_OS_UNIX
+        qunsetenv("TAVERO_LOG_STDERR");
+        ::dup2(savedStderr, STDERR_FILENO);
+        ::close(savedStderr);
+#endif
+        const QVector<std::pair<LoggerSeverity, QString>> expected{
+            {LoggerSeverity::Information, "information 1"},
+            {LoggerSeverity::Warning, "warning 2"},
+            {LoggerSeverity::Error, "critical 3"}};
+        QCOMPARE(m_entries, expected);
+#ifdef Q_OS_UNIX
+        QFile written(mirror.fileName()); // its own offset: the mirror's is at the end
+        QVERIFY(written.open(QIODevice::ReadOnly));
+        QCOMPARE(written.readAll(), QByteArray("TAVERO[info]: information 1\n"
+                                               "TAVERO[warning]: warning 2\n"
+                                               "TAVERO[error]: critical 3\n"));
+#endif
     }
 
     void messagesFromManyThreadsAreAllWritten()

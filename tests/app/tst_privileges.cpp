@@ -16,12 +16,6 @@ constexpr uint nobody = 65534;
 const QFile::Permissions groupOrOthers = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
                                          QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
 
-bool writeFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
 // The first line a launch-check helper prints ("running" or "refused"); it keeps running.
 QString startCopy(QProcess& copy, const QString& name, bool asNobody)
 {
@@ -113,34 +107,6 @@ private slots:
         QVERIFY(!qEnvironmentVariableIsSet("TAVERO_CA_FILE"));
         QVERIFY(!qEnvironmentVariableIsSet("TAVERO_UPDATE_FILE"));
         QCOMPARE(qgetenv("HOME"), QFile::encodeName(m_home));
-    }
-
-    // The runner installs with administrator rights: only a newer package of the client that
-    // nobody else could have put or changed where it lies (tst_updaterunner installs one).
-    void updateRunnerRefusesAnOlderPackageOrOneOthersCouldChange()
-    {
-        for (const auto& [version, shared] :
-             {std::pair{"1.2.3.10", false}, {"1.2.3.9", false}, {"1.2.3.11", true}}) {
-            QTemporaryDir folder;
-            QDir(folder.path()).mkpath("tree/DEBIAN");
-            QVERIFY(writeFile(folder.filePath("tree/DEBIAN/control"),
-                              QByteArray("Package: tavero\nArchitecture: all\nVersion: ") +
-                                  version +
-                                  "\nMaintainer: T <t@tavero.example>\nDescription: t\n"));
-            const QString update = folder.filePath("update.exe");
-            QCOMPARE(QProcess::execute(
-                         "dpkg-deb", {"--root-owner-group", "-b", folder.filePath("tree"), update}),
-                     0);
-            if (shared)
-                QFile::setPermissions(folder.path(),
-                                      QFile::permissions(folder.path()) | QFile::WriteOther);
-            qputenv("TAVERO_UPDATE_FILE", QFile::encodeName(update));
-            // Exit 3: not installable; "true" would have "installed" it.
-            QCOMPARE(QProcess::execute(qEnvironmentVariable("TAVERO_UPDATE_RUNNER"),
-                                       {"--installer", "true", "--instance-name", "tavero-x"}),
-                     3);
-            QVERIFY(QFile::exists(update));
-        }
     }
 };
 

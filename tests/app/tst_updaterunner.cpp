@@ -11,23 +11,16 @@ namespace {
 
 enum Exit { Installed = 0, NoUpdate = 2, NotInstallable = 3, InstallFailed = 4 };
 
+// The owner's alone, as the client saves the update (the runner refuses one others could change),
+// whatever the umask.
 bool writeFile(const QString& path, const QByteArray& content, bool executable = false)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-        file.write(content) != content.size())
-        return false;
-    file.close();
-    if (executable)
-        file.setPermissions(file.permissions() | QFile::ExeOwner | QFile::ExeUser);
-    return true;
+    return tavero::test::TestEnvironment::writeFile(path, content) &&
+           QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner |
+                                           (executable ? QFile::ExeOwner : QFile::Permissions()));
 }
 
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using tavero::test::TestEnvironment;
 
 QString machineArchitecture()
 {
@@ -38,22 +31,28 @@ QString machineArchitecture()
 }
 
 // A real Debian package with the given control fields, built with dpkg-deb.
-QByteArray debianPackage(const QString& name, const QString& architecture)
+QByteArray debianPackage(const QString& name, const QString& architecture,
+                         const QString& version = QStringLiteral("1.2.3.11"))
 {
     QTemporaryDir root;
     QDir(root.path()).mkpath("tree/DEBIAN");
+    // dpkg-deb takes no other mode, whatever the umask (the coverage run clears it).
+    QFile::setPermissions(root.filePath("tree/DEBIAN"), QFile::ReadOwner | QFile::WriteOwner |
+                                                            QFile::ExeOwner | QFile::ReadGroup |
+                                                            QFile::ExeGroup | QFile::ReadOther |
+                                                            QFile::ExeOther);
     QDir(root.path()).mkpath("tree/usr/share/doc/" + name);
-    const QString control = QStringLiteral("Package: %1\nVersion: 1.2.3.11\nArchitecture: %2\n"
+    const QString control = QStringLiteral("Package: %1\nVersion: %3\nArchitecture: %2\n"
                                            "Maintainer: Tavero <dev@tavero.example>\n"
                                            "Description: test package\n")
-                                .arg(name, architecture);
+                                .arg(name, architecture, version);
     writeFile(root.filePath("tree/DEBIAN/control"), control.toUtf8());
     writeFile(root.filePath("tree/usr/share/doc/" + name + "/README"), "readme\n");
     QProcess build;
     build.start("dpkg-deb",
                 {"--root-owner-group", "--build", root.filePath("tree"), root.filePath("p.deb")});
     build.waitForFinished(30000);
-    return readFile(root.filePath("p.deb"));
+    return TestEnvironment::readFile(root.filePath("p.deb"));
 }
 
 } // namespace
@@ -132,24 +131,30 @@ private slots:
         QVERIFY(m_otherPackage.startsWith("!<arch>"));
     }
 
+    // It installs with administrator rights: only a newer package of the client for this
+    // machine, which nobody else could have put or changed where it lies.
     void handlesTheDownloadedFile_data()
     {
         QTest::addColumn<QVariant>("content"); // null: no file
         QTest::addColumn<int>("installerExit");
         QTest::addColumn<int>("expectedExit");
+        QTest::addColumn<bool>("othersMayWrite"); // the folder it lies in
 
-        QTest::newRow("no file") << QVariant() << 0 << int(NoUpdate);
-        QTest::newRow("Windows installer")
-            << QVariant(QByteArray("MZ\x90\0\3\0\0\0", 8)) << 0 << int(NotInstallable);
-        QTest::newRow("truncated package")
-            << QVariant(m_clientPackage.left(m_clientPackage.size() / 2)) << 0
-            << int(NotInstallable);
-        QTest::newRow("another package") << QVariant(m_otherPackage) << 0 << int(NotInstallable);
-        QTest::newRow("another architecture")
-            << QVariant(m_foreignArchitecturePackage) << 0 << int(NotInstallable);
+        const auto refused = [](const char* name, const QByteArray& content, bool shared = false) {
+            QTest::newRow(name) << QVariant(content) << 0 << int(NotInstallable) << shared;
+        };
+        QTest::newRow("no file") << QVariant() << 0 << int(NoUpdate) << false;
+        refused("Windows installer", QByteArray("MZ\x90\0\3\0\0\0", 8));
+        refused("truncated package", m_clientPackage.left(m_clientPackage.size() / 2));
+        refused("another package", m_otherPackage);
+        refused("another architecture", m_foreignArchitecturePackage);
+        refused("older version", debianPackage("tavero", "all", "1.2.3.9"));
+        refused("same version", debianPackage("tavero", "all", "1.2.3.10"));
+        refused("folder others may write", m_clientPackage, true);
         QTest::newRow("client package for every architecture")
-            << QVariant(m_clientPackage) << 0 << int(Installed);
-        QTest::newRow("installer fails") << QVariant(m_clientPackage) << 100 << int(InstallFailed);
+            << QVariant(m_clientPackage) << 0 << int(Installed) << false;
+        QTest::newRow("installer fails")
+            << QVariant(m_clientPackage) << 100 << int(InstallFailed) << false;
     }
 
     void handlesTheDownloadedFile()
@@ -157,11 +162,16 @@ private slots:
         QFETCH(QVariant, content);
         QFETCH(int, installerExit);
         QFETCH(int, expectedExit);
+        QFETCH(bool, othersMayWrite);
 
         const auto installation = makeInstallation();
         QVERIFY(installation);
         if (!content.isNull())
             QVERIFY(writeFile(installation->updateFile(), content.toByteArray()));
+        if (othersMayWrite)
+            QVERIFY(QFile::setPermissions(installation->directory.path(),
+                                          QFile::permissions(installation->directory.path()) |
+                                              QFile::WriteOther));
 
         QProcess runner;
         start(runner, *installation, environment(installerExit), uniqueInstanceName());
@@ -173,14 +183,14 @@ private slots:
         const bool installerRan = expectedExit == Installed || expectedExit == InstallFailed;
         QCOMPARE(QFile::exists(installation->installerLog()), installerRan);
         if (installerRan)
-            QCOMPARE(readFile(installation->installerLog()).trimmed(),
+            QCOMPARE(TestEnvironment::readFile(installation->installerLog()).trimmed(),
                      installation->updateFile().toUtf8());
 
         if (expectedExit == Installed) {
             QVERIFY2(!QFile::exists(installation->updateFile()), "installed file left behind");
             QTRY_VERIFY(QFile::exists(installation->startedLog()));
             // Started again from the program directory, without arguments.
-            QTRY_COMPARE(readFile(installation->startedLog()).trimmed(),
+            QTRY_COMPARE(TestEnvironment::readFile(installation->startedLog()).trimmed(),
                          QDir(installation->directory.path()).canonicalPath().toUtf8() + " 0");
         } else {
             QCOMPARE(QFile::exists(installation->updateFile()), !content.isNull());

@@ -2,6 +2,7 @@
 #include "cli/cliapp.h"
 #include "cli/clioutput.h"
 #include "cli/exitcode.h"
+#include "cli/passwordreader.h"
 #include "manager/vpnmanager.h"
 #include "support/managerfixture.h"
 #include "support/serverlistmaker.h"
@@ -16,7 +17,12 @@
 #include <QTimer>
 #include <QTranslator>
 #include <csignal>
+#include <fcntl.h>
 #include <memory>
+#include <pty.h>
+#include <termios.h>
+#include <thread>
+#include <unistd.h>
 
 using namespace tavero::cli;
 using tavero::ConnectionChain;
@@ -72,6 +78,9 @@ private slots:
     void connect_data();
     void connect();
     void secondCommandWhileLockHeldIsBusy();
+    void serversNameTheBestServerOrNone_data();
+    void serversNameTheBestServerOrNone();
+    void passwordAtATerminalIsNotEchoed();
 
 private:
     // Runs one command; the manager comes from the fixture. `beforeRun` may act on the app.
@@ -344,6 +353,69 @@ void TestCliApp::secondCommandWhileLockHeldIsBusy()
     QCOMPARE(m_fixture->exchanges(), 0);
     // logout does not manage the tunnel and still works.
     QCOMPARE(run({"--json", "logout"}), int(Success));
+}
+
+// Each country with its least loaded available server, or none; as JSON and as text.
+void TestCliApp::serversNameTheBestServerOrNone_data()
+{
+    QTest::addColumn<bool>("json");
+    QTest::newRow("json") << true;
+    QTest::newRow("text") << false;
+}
+
+void TestCliApp::serversNameTheBestServerOrNone()
+{
+    QFETCH(bool, json);
+    storeToken();
+    QCOMPARE(run(json ? QStringList{"--json", "servers"} : QStringList{"servers"}), int(Success));
+    if (json) {
+        QStringList best;
+        for (const QJsonValue& country : lastJson().value("all").toArray())
+            best << country["code"].toString() + ":" + country["bestServer"].toString("none");
+        QCOMPARE(best, QStringList({"FR:fr-1", "DE:de-2", "NL:none"}));
+    } else {
+        QVERIFY2(m_out.contains("Germany") && m_out.contains("de-2") &&
+                     m_out.contains("no available server"),
+                 m_out.constData());
+    }
+    // Neither needs the manager.
+    QCOMPARE(run(json ? QStringList{"--json", "--version"} : QStringList{"--help"}), int(Success));
+    QVERIFY(json ? lastJson().contains("version") : m_out.contains("Usage: tavero-cli"));
+}
+
+// What `login` reads at a terminal: the password is not echoed, and the echo comes back afterwards.
+void TestCliApp::passwordAtATerminalIsNotEchoed()
+{
+    int master = -1;
+    int slave = -1;
+    QCOMPARE(::openpty(&master, &slave, nullptr, nullptr, nullptr), 0);
+    std::FILE* terminal = ::fdopen(slave, "r");
+    std::FILE* prompt = std::tmpfile();
+    QVERIFY(terminal && prompt);
+    const auto echoing = [slave] {
+        termios mode{};
+        return ::tcgetattr(slave, &mode) == 0 && (mode.c_lflag & ECHO) != 0;
+    };
+    QString password;
+    bool read = false;
+    std::thread reader([&] { read = PasswordReader(terminal, prompt).read(password); });
+    // Typed only once the reader has silenced the terminal (which drops what came before).
+    const bool silenced = QTest::qWaitFor([&] { return !echoing(); });
+    QCOMPARE(::write(master, "pass word\n", 10), ssize_t(10));
+    reader.join();
+    QVERIFY(silenced && read);
+    QCOMPARE(password, QString("pass word"));
+    QVERIFY(echoing());
+    char echoed[64];
+    ::fcntl(master, F_SETFL, O_NONBLOCK);
+    QVERIFY(::read(master, echoed, sizeof echoed) <= 0);
+    std::rewind(prompt);
+    char shown[32] = {};
+    QCOMPARE(QByteArray(shown, int(std::fread(shown, 1, sizeof shown, prompt))),
+             QByteArray("Password: \n"));
+    std::fclose(prompt);
+    std::fclose(terminal);
+    ::close(master);
 }
 
 TAVERO_TEST_GUILESS_MAIN(TestCliApp)

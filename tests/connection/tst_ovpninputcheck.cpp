@@ -9,9 +9,8 @@ QString block(const QString& label, const QByteArray& payload)
 {
     const QByteArray base64 = payload.toBase64();
     QString body;
-    for (int i = 0; i < base64.size(); i += 64) {
+    for (int i = 0; i < base64.size(); i += 64)
         body += QString::fromLatin1(base64.mid(i, 64)) + QLatin1Char('\n');
-    }
     return QStringLiteral("-----BEGIN %1-----\n%2-----END %1-----").arg(label, body);
 }
 

@@ -19,19 +19,15 @@ class TestOvpnTunnel : public QObject {
 private slots:
     void initTestCase()
     {
-        if (::geteuid() != 0) {
+        if (::geteuid() != 0)
             QSKIP("needs root to create network namespaces and tun devices");
-        }
-        if (!QFileInfo::exists(QStringLiteral("/dev/net/tun"))) {
+        if (!QFileInfo::exists(QStringLiteral("/dev/net/tun")))
             QSKIP("/dev/net/tun is missing");
-        }
         const QStringList system{"/usr/local/sbin", "/usr/sbin", "/sbin", "/usr/bin", "/bin"};
-        if (QStandardPaths::findExecutable(QStringLiteral("openvpn"), system).isEmpty()) {
+        if (QStandardPaths::findExecutable(QStringLiteral("openvpn"), system).isEmpty())
             QSKIP("openvpn is not installed (scripts/setup installs it)");
-        }
-        if (QStandardPaths::findExecutable(QStringLiteral("ping"), system).isEmpty()) {
+        if (QStandardPaths::findExecutable(QStringLiteral("ping"), system).isEmpty())
             QSKIP("ping is not installed (scripts/setup installs it)");
-        }
         QVERIFY(m_work.isValid());
         m_vpn = std::make_unique<NetnsVpn>(qEnvironmentVariable("TAVERO_NETNS_VPN"));
         switch (m_vpn->start(m_work.path())) {
@@ -46,14 +42,12 @@ private slots:
 
     void cleanupTestCase()
     {
-        if (!m_vpn) {
+        if (!m_vpn)
             return;
-        }
         const QString client = m_vpn->clientNamespace();
         m_vpn->stop();
-        if (!client.isEmpty()) {
+        if (!client.isEmpty())
             QVERIFY2(!QFile::exists("/run/netns/" + client), "the client namespace is left over");
-        }
     }
 
     void tunnelCarriesTrafficAndGoesAway_data()

@@ -22,12 +22,6 @@ namespace {
 constexpr int runningVersion = 12310;
 const QByteArray installerStart = "TAVERO DEVELOPMENT INSTALLER";
 
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 LastVersionGettingResult version(int versionInt, const QString& changelog = {},
                                  const QString& url = {})
 {
@@ -134,7 +128,7 @@ private slots:
         QVERIFY(dialog.checkUpdate());
         QCOMPARE(m_service->requestCount("/versions/windows/ru"), 1);
 
-        const QByteArray saved = readFile(savedUpdate());
+        const QByteArray saved = tavero::test::TestEnvironment::readFile(savedUpdate());
         QCOMPARE(saved.size(), 64 * 1024);
         QVERIFY(saved.startsWith(installerStart));
         QVERIFY(progressShown);
@@ -145,7 +139,7 @@ private slots:
         // Started detached from the program directory, without arguments, told where the file is.
         QTRY_VERIFY(QFile::exists(runnerLog()));
         const QString programDirectory = QDir(m_programDirectory->path()).canonicalPath();
-        QCOMPARE(QString::fromUtf8(readFile(runnerLog())).trimmed(),
+        QCOMPARE(QString::fromUtf8(tavero::test::TestEnvironment::readFile(runnerLog())).trimmed(),
                  programDirectory + "|0|" + savedUpdate());
         QCOMPARE(QDir::current().canonicalPath(), programDirectory);
     }

@@ -1,4 +1,3 @@
-#include "api/iserverapi.h"
 #include "api/serverapi.h"
 #include "app/programassembly.h"
 #include "app/settings.h"
@@ -8,7 +7,6 @@
 #include "gui/pages/settingsdialog.h"
 #include "gui/pages/statuswidget.h"
 #include "gui/pages/waitingplate.h"
-#include "gui/shell/controllerinjector.h"
 #include "gui/shell/mainwindow.h"
 #include "gui/shell/viewmanager.h"
 #include "manager/vpnmanager.h"

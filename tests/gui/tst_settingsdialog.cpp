@@ -116,9 +116,8 @@ private slots:
         QTest::addColumn<bool>("checked");
         QTest::addColumn<QVariantList>("states");
         QTest::newRow("allowed") << true << QString() << true << QVariantList{2};
-        QTest::newRow("forbidden, answered yes")
-            << false << "action.yes" << true << QVariantList{2};
-        QTest::newRow("forbidden, answered no") << false << "action.no" << false << QVariantList{0};
+        QTest::newRow("forbidden, yes") << false << "action.yes" << true << QVariantList{2};
+        QTest::newRow("forbidden, no") << false << "action.no" << false << QVariantList{0};
     }
 
     void killSwitchConfirmation()
@@ -218,9 +217,9 @@ private slots:
         QTest::addColumn<int>("serviceVersion");
         QTest::addColumn<bool>("newer");
         QTest::addColumn<QString>("box"); // expected box text, empty for none
-        QTest::newRow("newer version") << int(RequestResult::Ok) << 12311 << true << QString();
-        QTest::newRow("same version")
-            << int(RequestResult::Ok) << 12310 << false << "message.you_have_actual_version";
+        const int ok = RequestResult::Ok;
+        QTest::newRow("newer version") << ok << 12311 << true << QString();
+        QTest::newRow("same version") << ok << 12310 << false << "message.you_have_actual_version";
         QTest::newRow("service unreachable")
             << int(RequestResult::NoInternet) << 0 << false
             << "warning.connection_problems_check_internet_connection";

@@ -133,6 +133,31 @@ private slots:
         QVERIFY(driver.failures().isEmpty());
     }
 
+    // Minimised, the window leaves the taskbar for the tray, which brings it back; without a
+    // tray the taskbar button is the only way back, so it stays.
+    void minimiseToTheTrayAndBack_data()
+    {
+        QTest::addColumn<bool>("tray");
+        QTest::newRow("tray") << true;
+        QTest::newRow("no tray") << false;
+    }
+    void minimiseToTheTrayAndBack()
+    {
+        QFETCH(bool, tray);
+        MainWindow::overrideTrayAvailable(tray);
+        window().trayIcon().show();
+        window().show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window()));
+        window().setWindowState(Qt::WindowMinimized);
+        const bool hidden = window().parentWidget() != nullptr && !window().isVisible();
+        emit window().trayIcon().activated(QSystemTrayIcon::Trigger);
+        MainWindow::overrideTrayAvailable(std::nullopt);
+        QCOMPARE(hidden, tray);
+        QCOMPARE(window().parentWidget(), nullptr);
+        QVERIFY(window().isVisible());
+        QCOMPARE(window().windowState() & Qt::WindowMinimized, Qt::WindowStates());
+    }
+
     // Nested waits keep the page disabled until the outermost restore; the page may change (a
     // log-in that ends on the status page) or die meanwhile, and the one disabled at the start
     // still comes back; destruction ends an open wait.

@@ -20,9 +20,8 @@ struct FakeNetwork {
     QMap<QString, bool> on; // id → switched on; listed in key order
     int openError = 0;
     int listError = 0;
-    QStringList failing; // ids whose switch reports an error (and does not happen)
-    QStringList log;     // "off:ID", "on:ID" for every switch attempted
-    int backendsMade = 0;
+    QStringList failing;           // ids whose switch reports an error (and does not happen)
+    QStringList log;               // "off:ID", "on:ID" for every switch attempted
     QString stateFile;             // the platform's kill-switch state file
     QStringList onDiskAtSwitchOff; // ids that were in it when their switch-off came
 
@@ -83,10 +82,7 @@ std::shared_ptr<FakeNetwork> network(const QStringList& onIds)
 LinuxPlatform::Options optionsFor(const std::shared_ptr<FakeNetwork>& net)
 {
     LinuxPlatform::Options options;
-    options.networkBackendFactory = [net] {
-        ++net->backendsMade;
-        return std::make_unique<FakeBackend>(net);
-    };
+    options.networkBackendFactory = [net] { return std::make_unique<FakeBackend>(net); };
     return options;
 }
 
@@ -122,14 +118,6 @@ protected:
     }
 };
 
-void writeFile(const QString& path, const QByteArray& content)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(content);
-}
-
 const QByteArray tcpHeader = "  sl  local_address rem_address   st tx_queue rx_queue ...\n";
 
 } // namespace
@@ -152,7 +140,9 @@ private slots:
         QTest::addColumn<QString>("exec");
         QTest::addColumn<bool>("roundTrip");
         const auto row = [](const char* name, const QString& program, const QString& exec,
-                            bool roundTrip) { QTest::newRow(name) << program << exec << roundTrip; };
+                            bool roundTrip) {
+            QTest::newRow(name) << program << exec << roundTrip;
+        };
         row("blank", "/home/ann lee/tavero", "\"/home/ann lee/tavero\"", true);
         row("quote and dollar", "/opt/a\"b$c/t", "\"/opt/a\\\\\"b\\\\$c/t\"", true);
         row("backslash", "/opt/a\\b/t", "\"/opt/a\\\\\\\\b/t\"", true);
@@ -189,7 +179,7 @@ private slots:
         QFETCH(QByteArray, content);
         QFETCH(bool, ours);
         LinuxPlatform platform(programAt("/opt/t/tavero"));
-        writeFile(platform.autostartFilePath(), content);
+        QVERIFY(tavero::test::TestEnvironment::writeFile(platform.autostartFilePath(), content));
         QCOMPARE(platform.isRunOnStart(), ours);
 
         platform.setRunOnStart(true);
@@ -229,8 +219,8 @@ private slots:
         QFETCH(QByteArray, tcp6);
         QFETCH(bool, listening);
         QTemporaryDir dir;
-        writeFile(dir.filePath("tcp"), tcp);
-        writeFile(dir.filePath("tcp6"), tcp6);
+        QVERIFY(tavero::test::TestEnvironment::writeFile(dir.filePath("tcp"), tcp));
+        QVERIFY(tavero::test::TestEnvironment::writeFile(dir.filePath("tcp6"), tcp6));
         QCOMPARE(LinuxPlatform::IsRdpListening(
                      {"/nonexistent/tcp", dir.filePath("tcp"), dir.filePath("tcp6")}),
                  listening);
@@ -271,38 +261,6 @@ private slots:
             QCOMPARE(result.message, message);
         }
         QVERIFY2(!platform.turnOnNetDevices(), "an escaped exception means nothing came back");
-    }
-
-    void switchOffThenOnRestoresExactlyTheRemembered()
-    {
-        auto net = network({"eth0", "tun0"});
-        net->on.insert("wlan0", false);
-        LinuxPlatform platform(optionsFor(net));
-        QVERIFY(!platform.haveDisabledNetDevicesByKillSwitch());
-        QVERIFY(platform.turnOffInternet().isSuccess);
-        QCOMPARE(net->onIds(), QStringList());
-        QCOMPARE(platform.rememberedConnections(), QStringList({"eth0", "tun0"}));
-        QVERIFY(platform.haveDisabledNetDevicesByKillSwitch());
-
-        // A second switch-off fails, keeps the list and stays on the same backend.
-        QCOMPARE(platform.turnOffInternet().message, "warning.failed_to_turn_off_the_internet");
-        QCOMPARE(platform.rememberedConnections(), QStringList({"eth0", "tun0"}));
-
-        bool reenabled = false;
-        QVERIFY(platform.turnOnInternet(reenabled).isSuccess);
-        QVERIFY(reenabled);
-        QCOMPARE(net->onIds(), QStringList({"eth0", "tun0"}));
-        QVERIFY(!platform.haveDisabledNetDevicesByKillSwitch());
-        QCOMPARE(net->log, QStringList({"off:eth0", "off:tun0", "on:eth0", "on:tun0"}));
-        QCOMPARE(net->backendsMade, 1);
-
-        // Nothing remembered any more: switching on fails; switching off picks a backend afresh.
-        QVERIFY(!platform.turnOnInternet(reenabled).isSuccess);
-        QVERIFY(!reenabled);
-        QVERIFY(!platform.turnOnNetDevices());
-        const int made = net->backendsMade;
-        QVERIFY(platform.turnOffInternet().isSuccess);
-        QCOMPARE(net->backendsMade, made + 1);
     }
 
     // Nothing is switched and nothing remembered when the manager cannot be reached or listed;

@@ -38,9 +38,8 @@ NetnsVpn::Outcome NetnsVpn::start(const QString& workDirectory, int timeoutMs)
     timer.start();
     QByteArray out;
     while (!out.contains('\n') && timer.elapsed() < timeoutMs) {
-        if (m_script.state() == QProcess::NotRunning) {
+        if (m_script.state() == QProcess::NotRunning)
             break;
-        }
         m_script.waitForReadyRead(200);
         out += m_script.readAllStandardOutput();
     }
@@ -54,9 +53,8 @@ NetnsVpn::Outcome NetnsVpn::start(const QString& workDirectory, int timeoutMs)
         return Outcome::Failed;
     }
     m_reason = QString::fromUtf8(m_script.readAllStandardError()).trimmed();
-    if (m_script.error() == QProcess::FailedToStart) {
+    if (m_script.error() == QProcess::FailedToStart)
         m_reason = m_script.errorString();
-    }
     return m_script.exitStatus() == QProcess::NormalExit && m_script.exitCode() == 77
                ? Outcome::Unsupported
                : Outcome::Failed;
@@ -64,9 +62,8 @@ NetnsVpn::Outcome NetnsVpn::start(const QString& workDirectory, int timeoutMs)
 
 void NetnsVpn::stop()
 {
-    if (m_script.state() == QProcess::NotRunning) {
+    if (m_script.state() == QProcess::NotRunning)
         return;
-    }
     // Closing its input is the script's cue to remove the namespaces; never kill it outright,
     // which would skip that.
     m_script.closeWriteChannel();
@@ -92,9 +89,8 @@ QString NetnsVpn::pkiText(const QString& name) const
 QString NetnsVpn::serverLog(const QString& protocol, int lines) const
 {
     QFile file(m_workDirectory + QStringLiteral("/server-%1.log").arg(protocol));
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly))
         return QString();
-    }
     const QStringList all = QString::fromLocal8Bit(file.readAll()).split(QLatin1Char('\n'));
     return all.mid(std::max(0, int(all.size()) - lines)).join(QLatin1Char('\n'));
 }
@@ -130,9 +126,8 @@ int NetnsVpn::runInClient(const QStringList& command, QString* output) const
         process.waitForFinished();
         return -1;
     }
-    if (output) {
+    if (output)
         *output = QString::fromLocal8Bit(process.readAll());
-    }
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 
@@ -146,9 +141,8 @@ QStringList NetnsVpn::clientTunDevices() const
     static const QRegularExpression device(QStringLiteral("^\\d+: (tun\\d+)[:@]"),
                                            QRegularExpression::MultilineOption);
     auto matches = device.globalMatch(listing);
-    while (matches.hasNext()) {
+    while (matches.hasNext())
         devices << matches.next().captured(1);
-    }
     return devices;
 }
 

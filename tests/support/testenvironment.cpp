@@ -1,6 +1,7 @@
 #include "support/testenvironment.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QSettings>
 
 namespace tavero::test {
@@ -19,6 +20,20 @@ void TestEnvironment::clearSettings()
     QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("TAVERO"),
               QStringLiteral("TAVERO"))
         .clear();
+}
+
+bool TestEnvironment::writeFile(const QString& path, const QByteArray& content)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+           file.write(content) == content.size();
+}
+
+QByteArray TestEnvironment::readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace tavero::test

@@ -15,6 +15,10 @@ public:
 
     // Removes every stored setting (a fresh user).
     static void clearSettings();
+    // Writes `content` to `path` (its folder made first); false when that fails.
+    static bool writeFile(const QString& path, const QByteArray& content);
+    // The file's bytes; empty when it cannot be read.
+    static QByteArray readFile(const QString& path);
 
 private:
     QTemporaryDir m_home;

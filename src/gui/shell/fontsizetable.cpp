@@ -16,9 +16,3 @@ double FontSizeTable::rescaleSize(const QMap<int, double>& table, int size)
     const double shown = table.value(size, 0.0);
     return shown > 0 ? shown : 1.0;
 }
-
-double FontSizeTable::rescaleSize(int size)
-{
-    static const QMap<int, double> table = sizes();
-    return rescaleSize(table, size);
-}

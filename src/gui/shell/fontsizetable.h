@@ -12,5 +12,4 @@ public:
     // The shown point size for a design size: the table's value, or 1.0 when the table holds no
     // positive value for it (sizes the layouts never use, zero, negatives).
     static double rescaleSize(const QMap<int, double>& table, int size);
-    static double rescaleSize(int size);
 };
