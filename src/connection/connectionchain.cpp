@@ -29,6 +29,8 @@ ConnectionChain::ConnectionChain(IServerApi& api, IPlatform& platform, ISettings
     , m_ovpn(api, options.openVpnDirectory, options.openVpnLimits, &platform)
     , m_ovpnTcp(m_ovpn)
     , m_ovpnUdp(m_ovpn)
+    , m_l2tp(platform)
+    , m_pptp(platform)
     , m_ikev2(platform)
     , m_keeper(api, options.keeperIntervalMs)
     , m_options(std::move(options))

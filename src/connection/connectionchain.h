@@ -6,9 +6,11 @@
 #include "connection/connectionkeeper.h"
 #include "connection/iconnection.h"
 #include "connection/ikev2connection.h"
+#include "connection/l2tpconnection.h"
 #include "connection/ovpnconnection.h"
 #include "connection/ovpntcpconnection.h"
 #include "connection/ovpnudpconnection.h"
+#include "connection/pptpconnection.h"
 #include "connection/protocolnames.h"
 
 #include <QObject>
@@ -123,6 +125,8 @@ private:
     OvpnConnection m_ovpn;
     OvpnTcpConnection m_ovpnTcp;
     OvpnUdpConnection m_ovpnUdp;
+    L2tpConnection m_l2tp;
+    PptpConnection m_pptp;
     IKEv2Connection m_ikev2;
     Operation m_operation = Operation::None;
     // Counts tunnels: a nested wait compares it before and after to learn whether the tunnel it

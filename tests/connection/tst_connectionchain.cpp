@@ -133,6 +133,8 @@ private slots:
         QTest::newRow("no rights, remote desktop") << 31 << false << true << QStringList{};
         QTest::newRow("no rights, remote desktop, IKEv2 alone")
             << int(IKEv2) << false << true << QStringList{"IKEv2"};
+        QTest::newRow("L2TP and PPTP are never dialled")
+            << int(ProtocolType::L2tp | ProtocolType::Pptp) << true << false << QStringList{};
     }
     void chainFollowsRightsAndRemoteDesktop()
     {
@@ -147,6 +149,29 @@ private slots:
         m_settings->setProtocolTypes(QFlags<ProtocolType>(flags));
         QVERIFY(chain().createChain().isSuccess);
         QCOMPARE(chain().chainNames(), expected);
+    }
+
+    // The dial-up links no attempt list holds still hand the platform the account's data in its
+    // order (L2TP's pre-shared key last).
+    void dialUpLinksPassTheAccountData()
+    {
+        VpnServerInformation account = server("dial");
+        account.sharedKey = "psk";
+        m_platform->clearCalls();
+        tavero::L2tpConnection l2tp(*m_platform);
+        tavero::PptpConnection pptp(*m_platform);
+        QCOMPARE(l2tp.name() + pptp.name(), QString("L2TPPPTP"));
+        QVERIFY(l2tp.supports(account) && pptp.supports(account));
+        QVERIFY(l2tp.canAsyncConnect() && pptp.canAsyncConnect());
+        QVERIFY(l2tp.connect(account).isSuccess && pptp.connect(account).isSuccess);
+        QVERIFY(l2tp.disconnect().isSuccess && pptp.disconnect().isSuccess);
+        const auto calls = m_platform->calls();
+        QCOMPARE(m_platform->callNames(), (QStringList{"isL2tpAsync", "isPptpAsync", "connectL2tp",
+                                                       "connectPptp", "disconnect", "disconnect"}));
+        QCOMPARE(calls[2].arguments, (QVariantList{"dial.vpn.example", "user", "secret", "psk"}));
+        QCOMPARE(calls[3].arguments, (QVariantList{"dial.vpn.example", "user", "secret"}));
+        account.hasAccountData = false;
+        QVERIFY(!l2tp.supports(account) && !pptp.supports(account));
     }
 
     void unprotectedProtocolIsDroppedForTheNext()

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "connection/iconnection.h"
+#include "platform/iplatform.h"
+
+namespace tavero {
+
+class PptpConnection final : public IConnection {
+public:
+    explicit PptpConnection(IPlatform& platform);
+
+    QString name() override;
+    bool supports(const VpnServerInformation& server) override;
+    OperationResult connect(const VpnServerInformation& server) override;
+    OperationResult disconnect() override;
+    bool canAsyncConnect() override;
+
+private:
+    IPlatform& m_platform;
+};
+
+} // namespace tavero
