@@ -13,6 +13,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 #else
+#include <QCoreApplication>
 #include <QLockFile>
 #endif
 
@@ -56,6 +57,13 @@ bool SingleInstanceMarker::check(ProcessData& processData, const QString& key)
     QDir().mkpath(QFileInfo(processData.path).absolutePath());
     processData.lockFile = std::make_unique<QLockFile>(processData.path);
     processData.lockFile->setStaleLockTime(0);
+    // A holder that died leaves its file behind, and a new process may get its number again (Wine
+    // hands them out in the same order in every session): the toolkit would then count the file
+    // as held by a live copy of this program. Naming this very process, it cannot be.
+    qint64 holder = 0;
+    if (processData.lockFile->getLockInfo(&holder, nullptr, nullptr) &&
+        holder == QCoreApplication::applicationPid())
+        processData.lockFile->removeStaleLockFile();
     processData.holdsMarker = processData.lockFile->tryLock(0);
     return !processData.holdsMarker && processData.lockFile->error() == QLockFile::LockFailedError;
 #else

@@ -147,7 +147,6 @@ private slots:
         MainWindow::overrideTrayAvailable(tray);
         window().trayIcon().show();
         window().show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window()));
         window().setWindowState(Qt::WindowMinimized);
         const bool hidden = window().parentWidget() != nullptr && !window().isVisible();
         emit window().trayIcon().activated(QSystemTrayIcon::Trigger);
