@@ -7,6 +7,7 @@ namespace tavero {
 // The OpenVPN child process. On Linux the kernel kills it when the client dies, even by SIGKILL,
 // so a crashed or killed client leaves no tunnel running; RuntimeDirectory's records cover what
 // this cannot (a client on another system, a process started before this request took effect).
+// It never shares the client's process group, so signals meant for the client stay with it.
 class OvpnProcess : public QProcess {
     Q_OBJECT
 public:

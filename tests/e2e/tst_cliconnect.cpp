@@ -141,7 +141,8 @@ void TestCliConnect::loginListConnectBreakStop()
 
     // Connect to that country and stay.
     QProcess connect;
-    connect.start(cli, {"--json", "connect", "--country", country.toUpper()});
+    // A process group of its own, as a terminal gives a command it runs.
+    connect.start("setsid", {cli, "--json", "connect", "--country", country.toUpper()});
     QByteArray output;
     const auto waitFor = [&](const QByteArray& needle, int timeoutMs, int from = 0) {
         const QDeadlineTimer deadline(timeoutMs);
@@ -175,12 +176,17 @@ void TestCliConnect::loginListConnectBreakStop()
     QCOMPARE(result.value("protected").toBool(), true);
     QVERIFY(m_standIns.starts().size() >= 2);
 
-    // SIGINT: disconnect, say so, end with success, leave no OpenVPN behind.
-    QVERIFY(::kill(pid_t(connect.processId()), SIGINT) == 0);
+    // Ctrl-C in the terminal (SIGINT to the whole process group): disconnect, say so, end with
+    // success, leave no OpenVPN behind, and start no new tunnel on the way out.
+    const int stopAt = output.size();
+    const int starts = m_standIns.starts().size();
+    QVERIFY(::kill(-pid_t(connect.processId()), SIGINT) == 0);
     QVERIFY(connect.waitForFinished(30000));
     output += connect.readAllStandardOutput();
-    QVERIFY(output.indexOf("\"event\":\"stopping\"", before) >= 0);
-    QVERIFY(output.indexOf("\"mode\":\"Disconnected\"", before) >= 0);
+    QVERIFY(output.indexOf("\"event\":\"stopping\"", stopAt) >= 0);
+    QVERIFY(output.indexOf("\"mode\":\"Disconnected\"", stopAt) >= 0);
+    QVERIFY2(output.indexOf("reestablish", stopAt) < 0, output.constData() + stopAt);
+    QCOMPARE(m_standIns.starts().size(), starts);
     QCOMPARE(connect.exitCode(), 0);
     QCOMPARE(m_standIns.live(), QVector<qint64>());
     // The service notices the stand-in's closed control connection on its own thread.
