@@ -3,6 +3,7 @@
 #include "api/iserverapi.h"
 #include "app/settings.h"
 #include "cli/clioutput.h"
+#include "cli/commandlock.h"
 #include "cli/connectsession.h"
 #include "cli/exitcode.h"
 #include "manager/serverlistqueries.h"
@@ -14,7 +15,6 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QLockFile>
 #include <QSettings>
 #include <QTextStream>
 
@@ -158,11 +158,11 @@ int CliApp::prepareManager()
 {
     const QString path = lockFilePath();
     QDir().mkpath(QFileInfo(path).absolutePath());
-    m_lock = std::make_unique<QLockFile>(path);
-    // Held for as long as a connect runs: only a lock whose owner is gone counts as stale.
-    m_lock->setStaleLockTime(0);
-    if (!m_lock->tryLock(0)) {
-        const int code = m_lock->error() == QLockFile::LockFailedError ? Busy : Failure;
+    m_lock = std::make_unique<CommandLock>(path);
+    // Held for as long as a connect runs.
+    const CommandLock::State state = m_lock->tryLock();
+    if (state != CommandLock::State::Held) {
+        const int code = state == CommandLock::State::Busy ? Busy : Failure;
         m_output.error(code == Busy ? QStringLiteral("another tavero-cli command is managing "
                                                      "the tunnel (lock %1)")
                                           .arg(path)

@@ -7,7 +7,6 @@
 #include <memory>
 
 class IServerApi;
-class QLockFile;
 
 namespace tavero {
 class VpnManager;
@@ -16,6 +15,7 @@ class VpnManager;
 namespace tavero::cli {
 
 class CliOutput;
+class CommandLock;
 
 // Runs one tavero-cli command over the pieces the graphical client uses: the VPN manager (with the
 // same settings store, server selector and connection chain) logged in from the stored token, and
@@ -66,7 +66,7 @@ private:
     IServerApi& m_api;
     ManagerFactory m_makeManager;
     PasswordSource m_readPassword;
-    std::unique_ptr<QLockFile> m_lock;
+    std::unique_ptr<CommandLock> m_lock;
     std::unique_ptr<VpnManager> m_manager;
     std::function<void(int)> m_forwardStop;
     int m_pendingStop = 0;

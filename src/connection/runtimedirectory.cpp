@@ -6,7 +6,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QThread>
 
@@ -145,12 +144,22 @@ bool RuntimeDirectory::recordProcess(const QString& name, qint64 pid, const QStr
     const QString directory = path();
     if (directory.isEmpty())
         return false;
-    QSaveFile record(directory + QLatin1Char('/') + name + QStringLiteral(".pid"));
-    if (!record.open(QIODevice::WriteOnly))
+    // Written beside and renamed into place, so a reader never sees half a record; not synced to
+    // the disk, because the processes it names do not outlive the machine's power either.
+    const QString target = directory + QLatin1Char('/') + name + QStringLiteral(".pid");
+    const QString partial = target + QStringLiteral(".new");
+    QFile record(partial);
+    if (!record.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
     record.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    record.write(QByteArray::number(pid) + '\n' + QFile::encodeName(configPath) + '\n');
-    return record.commit();
+    const QByteArray text = QByteArray::number(pid) + '\n' + QFile::encodeName(configPath) + '\n';
+    const bool written = record.write(text) == text.size() && record.flush();
+    record.close();
+    QFile::remove(target); // names are unique to one run; renaming never replaces
+    if (written && QFile::rename(partial, target))
+        return true;
+    QFile::remove(partial);
+    return false;
 }
 
 void RuntimeDirectory::forgetProcess(const QString& name)

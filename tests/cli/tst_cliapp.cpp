@@ -1,6 +1,7 @@
 #include "app/settings.h"
 #include "cli/cliapp.h"
 #include "cli/clioutput.h"
+#include "cli/commandlock.h"
 #include "cli/exitcode.h"
 #include "cli/passwordreader.h"
 #include "manager/vpnmanager.h"
@@ -13,7 +14,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLockFile>
 #include <QTimer>
 #include <QTranslator>
 #include <csignal>
@@ -345,8 +345,8 @@ void TestCliApp::connect()
 void TestCliApp::secondCommandWhileLockHeldIsBusy()
 {
     QDir().mkpath(QFileInfo(CliApp::lockFilePath()).absolutePath());
-    QLockFile other(CliApp::lockFilePath());
-    QVERIFY(other.tryLock(0));
+    tavero::cli::CommandLock other(CliApp::lockFilePath());
+    QCOMPARE(other.tryLock(), tavero::cli::CommandLock::State::Held);
     storeToken();
     QCOMPARE(run({"--json", "servers"}), int(Busy));
     QCOMPARE(run({"--json", "connect"}), int(Busy));
