@@ -129,7 +129,6 @@ void TestReplyParser::replies_data()
     row("top-level array reads as an empty object", "ip", "[1, 2]", "0 |open|");
 
     row("login", "login", R"({"data": {"token": "abc", "extra": 1}})", "0 token=abc");
-    row("login without data", "login", "{}", "0 token=");
 
     const QByteArray account = R"({"data": {"email": "e",
         "appp": {"data": {"username": "u", "password": "p", "shared_key": "k"}},
@@ -140,7 +139,6 @@ void TestReplyParser::replies_data()
         "0 e////C/B/R");
     row("account nested nulls, email of wrong type", "account",
         R"({"data": {"email": 7, "vpn": null, "appp": {"data": null}}})", "0 //////");
-    row("account data of wrong type", "account", R"({"data": 5})", "0 //////");
     row("account error", "account", R"({"error": "x", "message": "m", "data": {"email": "e"}})",
         "1 \"m\" //////");
 
@@ -168,7 +166,6 @@ void TestReplyParser::replies_data()
         QStringLiteral("0 0::[b:%1:a c:%2:a] 7:x:[a:-5:a]")
             .arg(std::numeric_limits<int>::max())
             .arg(std::numeric_limits<int>::min()));
-    row("list data of wrong type", "list", R"({"data": {"name": "a"}})", "0");
     row("list error", "list", R"({"error": "x", "message": "down", "data": [{"name": "a"}]})",
         "1 \"down\"");
     row("list from a failed account: no credentials", "list failed account",
@@ -177,15 +174,12 @@ void TestReplyParser::replies_data()
     row("ip upper-case code", "ip",
         R"({"ip": "192.0.2.7", "protected": true, "country_code": "DE"})",
         "0 192.0.2.7|protected|de");
-    row("ip protected absent", "ip", R"({"ip": "192.0.2.7", "country_code": "Fr"})",
-        "0 192.0.2.7|open|fr");
     row("ip error", "ip", R"({"error": "rate_limited", "protected": true})", "1 |open|");
 
     row("version", "version",
         R"({"data": {"version": "1.3", "version_int": 13002, "url": "u", "changelog": "c"}})",
         "0 1.3|13002|u|c");
     row("version empty data: no update", "version", R"({"data": {}})", "5 |0||");
-    row("version data array: no update", "version", R"({"data": []})", "5 |0||");
     row("version error without data: no update", "version", R"({"error": "x", "message": "m"})",
         "5 |0||");
 
@@ -193,7 +187,6 @@ void TestReplyParser::replies_data()
     row("refresh empty token still renews", "refresh", R"({"data": {"token": ""}})",
         "renews with \"\"");
     row("refresh without token", "refresh", R"({"data": {}})", "no renewal");
-    row("refresh data of wrong type", "refresh", R"({"data": "token"})", "no renewal");
     row("refresh error", "refresh", R"({"error": "token_expired", "data": {"token": "x"}})",
         "expired no renewal");
     row("expiry named in message only", "refresh", R"({"message": "token_expired"})", "no renewal");

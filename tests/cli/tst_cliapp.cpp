@@ -31,27 +31,6 @@ using tavero::test::ServerListMaker;
 
 namespace {
 
-ServerListGettingResult fullList()
-{
-    return ServerListMaker()
-        .country(13, QStringLiteral("DE"), QStringLiteral("Germany"))
-        .country(15, QStringLiteral("FR"), QStringLiteral("France"))
-        .country(20, QStringLiteral("NL"), QStringLiteral("Netherlands"))
-        .server(13, QStringLiteral("de-1"), 40)
-        .server(13, QStringLiteral("de-2"), 7)
-        .server(15, QStringLiteral("fr-1"), 0)
-        .server(20, QStringLiteral("nl-1"), 3, false)
-        .list();
-}
-
-ServerListGettingResult recommendedList()
-{
-    return ServerListMaker()
-        .country(15, QStringLiteral("FR"), QStringLiteral("France"))
-        .server(15, QStringLiteral("fr-1"), 0, true, true)
-        .list();
-}
-
 enum Scenario { Refused, StopWhenConnected, StopDuringAttempt };
 
 } // namespace
@@ -71,6 +50,8 @@ private slots:
         m_fixture.reset();
     }
 
+    void parse_data();
+    void parse();
     void refusals_data();
     void refusals();
     void loginOutcomes_data();
@@ -113,7 +94,17 @@ void TestCliApp::init()
 {
     m_app.reset();
     m_fixture = std::make_unique<ManagerFixture>();
-    m_fixture->answerReachable(fullList(), recommendedList());
+    m_fixture->answerReachable(
+        ServerListMaker()
+            .country(13, "DE", "Germany")
+            .country(15, "FR", "France")
+            .country(20, "NL", "Netherlands")
+            .server(13, "de-1", 40)
+            .server(13, "de-2", 7)
+            .server(15, "fr-1", 0)
+            .server(20, "nl-1", 3, false)
+            .list(),
+        ServerListMaker().country(15, "FR", "France").server(15, "fr-1", 0, true, true).list());
     m_outBuffer.close();
     m_errBuffer.close();
     m_out.clear();
@@ -176,6 +167,53 @@ QStringList TestCliApp::events() const
             names << QStringLiteral("bad time ") + time;
     }
     return names;
+}
+
+// Command lines: rows with an error part are refused; a refused command line never repeats a
+// password.
+void TestCliApp::parse_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("command");
+    QTest::addColumn<QString>("country");
+    QTest::addColumn<QString>("errorPart");
+    const auto row = [](const char* name, const QStringList& arguments, CliOptions::Command command,
+                        const QString& country = {}, const QString& errorPart = {}) {
+        QTest::newRow(name) << arguments << int(command) << country << errorPart;
+    };
+    const auto refused = [&](const char* name, const QStringList& arguments, const char* error) {
+        row(name, arguments, CliOptions::Command::Help, {}, error);
+    };
+    row("json after", {"status", "--json"}, CliOptions::Command::Status);
+    row("country with =", {"--json", "connect", "--country=NL"}, CliOptions::Command::Connect,
+        "NL");
+    row("help wins", {"connect", "--help"}, CliOptions::Command::Help);
+    refused("unknown command", {"dance"}, "unknown command");
+    refused("country without code", {"connect", "--country"}, "country code");
+    refused("extra argument", {"status", "now"}, "unexpected argument");
+    refused("nothing", {}, "no command");
+    refused("unknown option", {"status", "--fast"}, "unknown option");
+    refused("login without e-mail", {"login"}, "e-mail");
+    refused("password as argument", {"login", "a@b.test", "secret"}, "never from the command line");
+    refused("password option", {"login", "a@b.test", "--password=secret"},
+            "never from the command line");
+    refused("country followed by option", {"connect", "--country", "--json"}, "country code");
+    refused("country for another command", {"servers", "--country", "de"}, "belongs to connect");
+}
+
+void TestCliApp::parse()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, errorPart);
+    CliOptions options;
+    QString error;
+    QCOMPARE(CliOptions::parse(arguments, options, error), errorPart.isEmpty());
+    QVERIFY2(error.contains(errorPart) && !error.contains("secret"), qPrintable(error));
+    if (errorPart.isEmpty()) {
+        QTEST(int(options.command), "command");
+        QTEST(options.country, "country");
+        QCOMPARE(options.json, arguments.contains("--json"));
+    }
 }
 
 // Commands that stop before the tunnel: no stored log-in, a log-in the service no longer takes,
@@ -248,9 +286,6 @@ void TestCliApp::loginOutcomes_data()
     QTest::newRow("no reply") << password << int(RequestResult::NoInternet) << ""
                               << int(NoConnection)
                               << "Connection failed. Check network connection.";
-    QTest::newRow("other refusal")
-        << password << int(RequestResult::ServerError) << "account_locked" << int(LoginRefused)
-        << "Authorization failed. Try again later.";
     QTest::newRow("unreadable reply")
         << password << int(RequestResult::InvalidResponse) << "" << int(Failure)
         << "Version headers error. Update this programm";
