@@ -16,7 +16,7 @@ foreach(test platform/tst_windowsplatform app/tst_messagehandler api/tst_replypa
 endforeach()
 tavero_add_test(NAME tst_languagemaster
     SOURCES app/tst_languagemaster.cpp $<TARGET_OBJECTS:tavero_resources>)
-foreach(test viewmanager pagecontrollers settingsdialog)
+foreach(test viewmanager pagecontrollers)
     tavero_add_test(NAME tst_${test} SOURCES gui/tst_${test}.cpp $<TARGET_OBJECTS:tavero_resources>
         LIBS tavero_guitestsupport LABELS gui)
 endforeach()
