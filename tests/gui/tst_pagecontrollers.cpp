@@ -4,6 +4,7 @@
 #include "gui/shell/logincontroller.h"
 #include "gui/shell/serverselectioncontroller.h"
 #include "gui/shell/statuscontroller.h"
+#include "manager/serverrowbuilder.h"
 #include "manager/vpnmanager.h"
 #include "platform/platformoverrides.h"
 #include "support/fakeviewmanager.h"
@@ -14,7 +15,10 @@
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
+#include <QMutex>
 #include <QPushButton>
+#include <QSet>
+#include <QThread>
 #include <QTranslator>
 #include <QTreeWidget>
 #include <memory>
@@ -28,35 +32,19 @@ using tavero::test::ServerListMaker;
 
 namespace {
 
-// Germany: de-2, de-1, de-3 available in this reply order, plus de-9 unavailable; France: one
-// server; Netherlands: nothing available; Austria: no servers at all. The service recommends
-// de-3 for Germany although de-1 is less loaded.
-ServerListGettingResult fullList()
-{
-    return ServerListMaker()
-        .country(13, "de", "Germany")
-        .country(15, "fr", "France")
-        .country(20, "nl", "Netherlands")
-        .country(21, "at", "Austria")
-        .server(13, "de-2", 30)
-        .server(13, "de-1", 20)
-        .server(13, "de-9", 0, false)
-        .server(13, "de-3", 40)
-        .server(15, "fr-1", 0)
-        .server(20, "nl-1", 5, false)
-        .list();
-}
-
-ServerListGettingResult recommendedList()
-{
-    return ServerListMaker().country(13, "de", "Germany").server(13, "de-3", 40, true, true).list();
-}
-
 QByteArray flagBytes()
 {
     QImage image(4, 3, QImage::Format_RGB32);
     image.fill(Qt::blue);
     return tavero::test::pngBytes(image);
+}
+
+// A 1-pixel-high picture one wider than the code is long, so each row's flag is recognisable.
+QImage rowFlag(const QString& code)
+{
+    QImage image(code.size() + 1, 1, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    return image;
 }
 
 QString shared(const char* key)
@@ -68,7 +56,7 @@ QString shared(const char* key)
 
 // The status and server selection controllers, and the status and server pages over them, on a
 // real VPN manager (scripted service client and platform) and a recording view manager, with the
-// English catalogue.
+// English catalogue; and the worker threads that build the server page's rows.
 class TestPageControllers : public QObject {
     Q_OBJECT
     tavero::VpnManager& manager() { return m_fixture->manager(); }
@@ -99,7 +87,25 @@ private slots:
     void init()
     {
         m_fixture = std::make_unique<ManagerFixture>();
-        m_fixture->answerReachable(fullList(), recommendedList());
+        // Germany: de-2, de-1, de-3 available in this reply order, plus de-9 unavailable; France:
+        // one server; Netherlands: nothing available; Austria: no servers at all. The service
+        // recommends de-3 for Germany although de-1 is less loaded.
+        m_fixture->answerReachable(ServerListMaker()
+                                       .country(13, "de", "Germany")
+                                       .country(15, "fr", "France")
+                                       .country(20, "nl", "Netherlands")
+                                       .country(21, "at", "Austria")
+                                       .server(13, "de-2", 30)
+                                       .server(13, "de-1", 20)
+                                       .server(13, "de-9", 0, false)
+                                       .server(13, "de-3", 40)
+                                       .server(15, "fr-1", 0)
+                                       .server(20, "nl-1", 5, false)
+                                       .list(),
+                                   ServerListMaker()
+                                       .country(13, "de", "Germany")
+                                       .server(13, "de-3", 40, true, true)
+                                       .list());
         m_fixture->api().flagPicture = flagBytes();
         m_view = std::make_unique<FakeViewManager>();
         m_status = std::make_unique<StatusController>(manager(), *m_view);
@@ -382,6 +388,46 @@ private slots:
         QVERIFY(!login.login(QStringLiteral("user@vpn.test"), QStringLiteral("wrong")));
         QCOMPARE(boxes().size(), 2);
         QCOMPARE(boxes().last(), QStringLiteral("Wrong login or password."));
+    }
+
+    // Workers overlap while they append their rows: every row still arrives once, with its flag, in
+    // name order with its servers in name order (whole records), built off this thread.
+    void rowBuilderWorkersBuildTheirShare()
+    {
+        // Ids count down, so map order (ascending id) is the reverse of name order.
+        ServerListMaker maker;
+        const int countries = 45;
+        for (int i = 0; i < countries; ++i) {
+            maker.country(1000 - i, QStringLiteral("c%1").arg(i),
+                          QStringLiteral("Country %1").arg(i, 3, 10, QLatin1Char('0')));
+            maker.server(1000 - i, QStringLiteral("s%1-b").arg(i), 10)
+                .server(1000 - i, QStringLiteral("s%1-a").arg(i), 20);
+        }
+        QMutex mutex;
+        QSet<int> workers;
+        QSet<Qt::HANDLE> threads;
+        tavero::ServerRowBuilder builder([](const QString& code) {
+            QThread::usleep(200); // slow flag loads
+            return rowFlag(code);
+        });
+        builder.setRowObserver([&](int worker, int) {
+            const QMutexLocker locker(&mutex);
+            workers.insert(worker);
+            threads.insert(QThread::currentThreadId());
+        });
+        const QVector<CountryPresentationData> rows = builder.build(maker.list());
+        QVERIFY(workers.size() > 1);
+        QVERIFY(!threads.contains(QThread::currentThreadId()));
+        QCOMPARE(rows.size(), countries);
+        for (int i = 0; i < rows.size(); ++i) {
+            QCOMPARE(rows[i].flagImage.width(), rows[i].country.code.size() + 1);
+            QCOMPARE(rows[i].servers.size(), 2);
+            QCOMPARE(rows[i].servers[0].name, rows[i].country.code.mid(1).prepend('s') + "-a");
+            QCOMPARE(rows[i].servers[0].load, 20);
+            if (i > 0)
+                QVERIFY(rows[i - 1].country.name < rows[i].country.name);
+        }
+        QVERIFY(builder.build(ServerListMaker().list()).isEmpty());
     }
 };
 

