@@ -8,8 +8,8 @@ target_link_libraries(tavero_testsupport PUBLIC tavero_rows Qt5::Test Qt5::Netwo
 add_library(tavero_guitestsupport STATIC support/messageboxdriver.cpp)
 target_link_libraries(tavero_guitestsupport PUBLIC tavero_testsupport tavero_gui)
 
-foreach(test platform/tst_windowsplatform app/tst_messagehandler api/tst_replyparser
-        api/tst_endpoints connection/tst_ovpninputcheck connection/tst_connectionkeeper
+foreach(test platform/tst_windowsplatform app/tst_messagehandler api/tst_serviceinput
+        connection/tst_ovpninputcheck connection/tst_connectionkeeper
         connection/tst_killswitcher)
     get_filename_component(name ${test} NAME)
     tavero_add_test(NAME ${name} SOURCES ${test}.cpp)

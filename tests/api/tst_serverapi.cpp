@@ -330,7 +330,7 @@ private slots:
         QCOMPARE(list.status, 0);
         QCOMPARE(list.countriesByCode.size(), 36);
         QCOMPARE(serverCount(list), 96);
-        // Field by field reading is tst_replyparser's; here the seed and the account arrive.
+        // Field by field reading is tst_serviceinput's; here the seed and the account arrive.
         const VpnServerInformation* germany = findServer(list, "de-1");
         QVERIFY(germany && germany->host == "de-1.vpn.tavero.example");
         QCOMPARE(germany->sharedKey, m_service->account(0).sharedKey);
