@@ -22,26 +22,6 @@ namespace {
 constexpr int runningVersion = 12310;
 const QByteArray installerStart = "TAVERO DEVELOPMENT INSTALLER";
 
-LastVersionGettingResult version(int versionInt, const QString& changelog = {},
-                                 const QString& url = {})
-{
-    LastVersionGettingResult result;
-    result.status = RequestResult::Ok;
-    result.version = QStringLiteral("9.9");
-    result.versionInt = versionInt;
-    result.changelog = changelog;
-    result.url = url;
-    return result;
-}
-
-// A loopback port nobody listens on: connecting to it is refused.
-quint16 closedPort()
-{
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost);
-    return server.serverPort(); // closed again when `server` goes
-}
-
 } // namespace
 
 class TestNewVersionDialog : public QObject {
@@ -102,12 +82,11 @@ private slots:
         m_programDirectory = std::make_unique<QTemporaryDir>();
         QVERIFY(QDir::setCurrent(m_currentDirectory->path()));
         // Records where and how it was started.
-        QFile runner(m_programDirectory->filePath("UpdateRunner"));
-        QVERIFY(runner.open(QIODevice::WriteOnly));
-        runner.write("#!/bin/sh\necho \"$PWD|$#|$TAVERO_UPDATE_FILE\" > \"$(dirname \"$0\")/"
-                     "runner.log\"\n");
-        runner.close();
-        runner.setPermissions(runner.permissions() | QFile::ExeOwner);
+        const QString runner = m_programDirectory->filePath("UpdateRunner");
+        QVERIFY(tavero::test::TestEnvironment::writeFile(
+            runner, "#!/bin/sh\necho \"$PWD|$#|$TAVERO_UPDATE_FILE\" > \"$(dirname \"$0\")/"
+                    "runner.log\"\n"));
+        QVERIFY(QFile::setPermissions(runner, QFile::permissions(runner) | QFile::ExeOwner));
     }
 
     void cleanup() { QDir::setCurrent(m_previousDirectory); }
@@ -182,13 +161,19 @@ private slots:
                 poll.start(10);
             click(dialog, "pushButtonSetup");
         });
-        const QString url =
-            way == "refused"
-                ? QStringLiteral("https://127.0.0.1:%1/downloads/x.exe").arg(closedPort())
-                : downloadUrl();
+        LastVersionGettingResult newer;
+        newer.status = RequestResult::Ok;
+        newer.versionInt = runningVersion + 1;
+        newer.changelog = "log";
+        newer.url = downloadUrl();
+        if (way == "refused") { // a loopback port nobody listens on any more
+            QTcpServer server;
+            QVERIFY(server.listen(QHostAddress::LocalHost));
+            newer.url = QStringLiteral("https://127.0.0.1:%1/x.exe").arg(server.serverPort());
+        }
         QElapsedTimer elapsed;
         elapsed.start();
-        QVERIFY(!dialog.checkUpdate(version(runningVersion + 1, "log", url)));
+        QVERIFY(!dialog.checkUpdate(newer));
         QVERIFY2(elapsed.elapsed() < 10000, "the download ran on after Cancel");
         QCOMPARE(cancelled.count(), cancels ? 1 : 0);
         QVERIFY(!dialog.isVisible());
