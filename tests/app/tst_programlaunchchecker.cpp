@@ -151,19 +151,14 @@ class TestProgramLaunchChecker : public QObject {
         return installation;
     }
 
-    static QProcessEnvironment environment(int installerExit = 0)
+    // Starts the runner the way the client does: from the program directory, no update file
+    // named, plus the test's installer and a marker name of its own.
+    static void start(QProcess& runner, const Installation& installation,
+                      const QString& instanceName, int installerExit = 0)
     {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.remove("TAVERO_UPDATE_FILE");
         env.insert("INSTALLER_EXIT", QString::number(installerExit));
-        return env;
-    }
-
-    // Starts the runner the way the client does: from the program directory, no update file
-    // named, plus the test's installer and a marker name of its own.
-    static void start(QProcess& runner, const Installation& installation,
-                      const QProcessEnvironment& env, const QString& instanceName)
-    {
         runner.setProcessEnvironment(env);
         runner.setWorkingDirectory(installation.directory.path());
         runner.start(installation.runner(),
@@ -314,8 +309,9 @@ private slots:
                                               QFile::WriteOther));
 
         QProcess runner;
-        start(runner, *installation, environment(installerExit),
-              QStringLiteral("tavero-update-test-%1").arg(QCoreApplication::applicationPid()));
+        start(runner, *installation,
+              QStringLiteral("tavero-update-test-%1").arg(QCoreApplication::applicationPid()),
+              installerExit);
         QVERIFY(runner.waitForFinished(30000));
         QCOMPARE(runner.exitStatus(), QProcess::NormalExit);
         QCOMPARE(runner.exitCode(), expectedExit);
@@ -354,7 +350,7 @@ private slots:
         QCOMPARE(oldClient.firstAnswer(), QString("running"));
 
         QProcess runner;
-        start(runner, *installation, environment(), instance);
+        start(runner, *installation, instance);
         QTRY_VERIFY(QFile::exists(installation->installerLog()));
         QTest::qWait(400);
         QVERIFY2(!QFile::exists(installation->startedLog()), "started while the old copy ran");
