@@ -8,18 +8,15 @@ target_link_libraries(tavero_testsupport PUBLIC tavero_rows Qt5::Test Qt5::Netwo
 add_library(tavero_guitestsupport STATIC support/messageboxdriver.cpp)
 target_link_libraries(tavero_guitestsupport PUBLIC tavero_testsupport tavero_gui)
 
-foreach(test platform/tst_windowsplatform app/tst_settings app/tst_messagehandler
-        api/tst_replyparser api/tst_endpoints connection/tst_ovpninputcheck
-        connection/tst_connectionkeeper connection/tst_killswitcher manager/tst_serverrowbuilder)
+foreach(test platform/tst_windowsplatform app/tst_messagehandler api/tst_serviceinput
+        connection/tst_ovpninputcheck connection/tst_connectionkeeper
+        connection/tst_killswitcher)
     get_filename_component(name ${test} NAME)
     tavero_add_test(NAME ${name} SOURCES ${test}.cpp)
 endforeach()
-foreach(test app/tst_languagemaster manager/tst_vpnmanager)
-    get_filename_component(name ${test} NAME)
-    tavero_add_test(NAME ${name} SOURCES ${test}.cpp $<TARGET_OBJECTS:tavero_resources>)
-endforeach()
-tavero_add_test(NAME tst_clioptions SOURCES cli/tst_clioptions.cpp LIBS tavero_cli)
-foreach(test viewmanager pagecontrollers statuswidget settingsdialog)
+tavero_add_test(NAME tst_languagemaster
+    SOURCES app/tst_languagemaster.cpp $<TARGET_OBJECTS:tavero_resources>)
+foreach(test viewmanager pagecontrollers)
     tavero_add_test(NAME tst_${test} SOURCES gui/tst_${test}.cpp $<TARGET_OBJECTS:tavero_resources>
         LIBS tavero_guitestsupport LABELS gui)
 endforeach()

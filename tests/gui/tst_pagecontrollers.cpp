@@ -1,50 +1,36 @@
 #include "connection/connectionchain.h"
 #include "gui/pages/serverselectionwidget.h"
+#include "gui/pages/statuswidget.h"
 #include "gui/shell/logincontroller.h"
 #include "gui/shell/serverselectioncontroller.h"
 #include "gui/shell/statuscontroller.h"
+#include "manager/serverrowbuilder.h"
 #include "manager/vpnmanager.h"
+#include "platform/platformoverrides.h"
 #include "support/fakeviewmanager.h"
 #include "support/managerfixture.h"
+#include "support/messageboxdriver.h"
 #include "support/pngbytes.h"
 #include "support/serverlistmaker.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
+#include <QMutex>
+#include <QPushButton>
+#include <QSet>
+#include <QThread>
 #include <QTranslator>
 #include <QTreeWidget>
 #include <memory>
 
 using tavero::ConnectionChain;
+using tavero::PlatformOverrides;
 using tavero::test::FakeViewManager;
 using tavero::test::ManagerFixture;
+using tavero::test::MessageBoxDriver;
 using tavero::test::ServerListMaker;
 
 namespace {
-
-// Germany: de-2, de-1, de-3 available in this reply order, plus de-9 unavailable; France: one
-// server; Netherlands: nothing available; Austria: no servers at all. The service recommends
-// de-3 for Germany although de-1 is less loaded.
-ServerListGettingResult fullList()
-{
-    return ServerListMaker()
-        .country(13, "de", "Germany")
-        .country(15, "fr", "France")
-        .country(20, "nl", "Netherlands")
-        .country(21, "at", "Austria")
-        .server(13, "de-2", 30)
-        .server(13, "de-1", 20)
-        .server(13, "de-9", 0, false)
-        .server(13, "de-3", 40)
-        .server(15, "fr-1", 0)
-        .server(20, "nl-1", 5, false)
-        .list();
-}
-
-ServerListGettingResult recommendedList()
-{
-    return ServerListMaker().country(13, "de", "Germany").server(13, "de-3", 40, true, true).list();
-}
 
 QByteArray flagBytes()
 {
@@ -53,10 +39,24 @@ QByteArray flagBytes()
     return tavero::test::pngBytes(image);
 }
 
+// A 1-pixel-high picture one wider than the code is long, so each row's flag is recognisable.
+QImage rowFlag(const QString& code)
+{
+    QImage image(code.size() + 1, 1, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    return image;
+}
+
+QString shared(const char* key)
+{
+    return QCoreApplication::translate("QObject", key);
+}
+
 } // namespace
 
-// The status and server selection controllers over a real VPN manager (scripted service client
-// and platform) and a recording view manager, with the English catalogue.
+// The status and server selection controllers, and the status and server pages over them, on a
+// real VPN manager (scripted service client and platform) and a recording view manager, with the
+// English catalogue; and the worker threads that build the server page's rows.
 class TestPageControllers : public QObject {
     Q_OBJECT
     tavero::VpnManager& manager() { return m_fixture->manager(); }
@@ -87,7 +87,25 @@ private slots:
     void init()
     {
         m_fixture = std::make_unique<ManagerFixture>();
-        m_fixture->answerReachable(fullList(), recommendedList());
+        // Germany: de-2, de-1, de-3 available in this reply order, plus de-9 unavailable; France:
+        // one server; Netherlands: nothing available; Austria: no servers at all. The service
+        // recommends de-3 for Germany although de-1 is less loaded.
+        m_fixture->answerReachable(ServerListMaker()
+                                       .country(13, "de", "Germany")
+                                       .country(15, "fr", "France")
+                                       .country(20, "nl", "Netherlands")
+                                       .country(21, "at", "Austria")
+                                       .server(13, "de-2", 30)
+                                       .server(13, "de-1", 20)
+                                       .server(13, "de-9", 0, false)
+                                       .server(13, "de-3", 40)
+                                       .server(15, "fr-1", 0)
+                                       .server(20, "nl-1", 5, false)
+                                       .list(),
+                                   ServerListMaker()
+                                       .country(13, "de", "Germany")
+                                       .server(13, "de-3", 40, true, true)
+                                       .list());
         m_fixture->api().flagPicture = flagBytes();
         m_view = std::make_unique<FakeViewManager>();
         m_status = std::make_unique<StatusController>(manager(), *m_view);
@@ -97,6 +115,8 @@ private slots:
 
     void cleanup()
     {
+        PlatformOverrides::setAdministrator(std::nullopt);
+        PlatformOverrides::setRdpListening(std::nullopt);
         m_servers.reset();
         m_status.reset();
         m_view.reset();
@@ -130,24 +150,31 @@ private slots:
         QCOMPARE(boxes(), QStringList{"Connection failed. Check network connection."});
     }
 
-    void connectFailureShowsOneBox_data()
+    // A failed connect shows one box. After the kill switch cut the network, connecting first
+    // brings it back; when it stays down the chain judges the break and, with the kill switch
+    // on, gives up without a new attempt or a box.
+    void connectOutcomes_data()
     {
         QTest::addColumn<bool>("internet");
         QTest::addColumn<bool>("killSwitchFlag");
+        QTest::addColumn<int>("cut"); // 0: network never cut, 1: comes back, 2: stays down
         QTest::addColumn<QString>("text");
-        QTest::newRow("no network") << false << false << "Network unavailable";
-        QTest::newRow("dial refused") << true << false << "Failed to connect via any protocols";
+        QTest::newRow("no network") << false << false << 0 << "Network unavailable";
+        QTest::newRow("dial refused")
+            << true << false << 0 << "Failed to connect via any protocols";
         // The controller's own test sees the network; the chain's test a moment later does not.
         QTest::newRow("network lost")
-            << true << false << "Connection failed. Check internet connection.";
+            << true << false << 0 << "Connection failed. Check internet connection.";
         QTest::newRow("network lost after the kill switch")
-            << true << true << "Try to select another server";
+            << true << true << 0 << "Try to select another server";
+        QTest::newRow("network cut, comes back") << true << false << 1 << QString();
+        QTest::newRow("network cut, stays down") << true << false << 2 << QString();
     }
-
-    void connectFailureShowsOneBox()
+    void connectOutcomes()
     {
         QFETCH(bool, internet);
         QFETCH(bool, killSwitchFlag);
+        QFETCH(int, cut);
         QFETCH(QString, text);
         m_fixture->api().internet = internet;
         if (QByteArray(QTest::currentDataTag()).startsWith("network lost")) {
@@ -157,39 +184,26 @@ private slots:
             });
         }
         manager().setKillSwitchFlag(killSwitchFlag);
-        m_fixture->platform().queueResult("connectIKEv2", OperationResult(QString("refused")));
-        m_status->connect();
-        QCOMPARE(boxes(), QStringList{text});
-        QVERIFY(manager().connection().mode() != ConnectionChain::Connected);
-    }
-
-    // After the kill switch cut the network, connecting first brings it back; when it stays down
-    // the chain judges the break and, with the kill switch on, gives up without a new attempt.
-    void connectAfterKillSwitch_data()
-    {
-        QTest::addColumn<bool>("networkComesBack");
-        QTest::newRow("network back") << true;
-        QTest::newRow("network stays down") << false;
-    }
-
-    void connectAfterKillSwitch()
-    {
-        QFETCH(bool, networkComesBack);
-        cutNetworkByKillSwitch();
-        if (!networkComesBack) {
+        if (cut == 0)
+            m_fixture->platform().queueResult("connectIKEv2", OperationResult(QString("refused")));
+        else
+            cutNetworkByKillSwitch();
+        if (cut == 2) {
             m_fixture->platform().queueAnswer(QStringLiteral("turnOnInternet"), false);
             m_fixture->api().ipResult.isProtected = false;
         }
         QSignalSpy expired(&manager().connection(), &ConnectionChain::protocolsExpired);
         m_status->connect();
-
-        const QStringList calls = m_fixture->platform().callNames();
-        QCOMPARE(calls.first(), QStringLiteral("turnOnInternet"));
-        QCOMPARE(calls.count("connectIKEv2"), networkComesBack ? 1 : 0);
-        QCOMPARE(expired.count(), networkComesBack ? 0 : 1);
-        QCOMPARE(manager().connection().mode(),
-                 networkComesBack ? ConnectionChain::Connected : ConnectionChain::Failed);
-        QVERIFY(boxes().isEmpty());
+        QCOMPARE(boxes(), text.isEmpty() ? QStringList() : QStringList{text});
+        QCOMPARE(manager().connection().mode() == ConnectionChain::Connected, cut == 1);
+        if (cut != 0) {
+            const QStringList calls = m_fixture->platform().callNames();
+            QCOMPARE(calls.first(), QStringLiteral("turnOnInternet"));
+            QCOMPARE(calls.count("connectIKEv2"), cut == 1 ? 1 : 0);
+            QCOMPARE(expired.count(), cut == 1 ? 0 : 1);
+            QCOMPARE(manager().connection().mode(),
+                     cut == 1 ? ConnectionChain::Connected : ConnectionChain::Failed);
+        }
     }
 
     // While the kill switch holds the network, the server page works from the lists it has.
@@ -223,11 +237,8 @@ private slots:
         QTest::addColumn<QString>("code");
         QTest::addColumn<QString>("chosen"); // empty: refused with a box
         QTest::newRow("recommended") << "de"
-                                     << "de-3";
-        QTest::newRow("full list") << "fr"
-                                   << "fr-1";
+                                     << "de-3"; // the full list's is the server page's
         QTest::newRow("nothing available") << "nl" << QString();
-        QTest::newRow("no servers") << "at" << QString();
         QTest::newRow("unknown country") << "zz" << QString();
     }
 
@@ -245,27 +256,102 @@ private slots:
         QCOMPARE(m_view->currentPage(), chosen.isEmpty() ? QString() : "goToStatus(false)");
     }
 
-    void switchToNextServer_data()
+    // A second click on "next server" while the first still waits for the list switches once;
+    // the guard is released afterwards. In reply order de-1 is followed by de-3, then de-2; the
+    // only server of its country stays.
+    void statusPageSwitchesToTheNextServerOnce()
     {
-        QTest::addColumn<QString>("current");
-        QTest::addColumn<QString>("next");
-
-        // Available servers in reply order: de-2, de-1, de-3 (de-9 is unavailable).
-        QTest::newRow("first to second") << QStringLiteral("de-2") << QStringLiteral("de-1");
-        QTest::newRow("second to third") << QStringLiteral("de-1") << QStringLiteral("de-3");
-        QTest::newRow("third wraps to first") << QStringLiteral("de-3") << QStringLiteral("de-2");
-        QTest::newRow("only server of its country")
-            << QStringLiteral("fr-1") << QStringLiteral("fr-1");
+        Gui::StatusWidget page(manager(), *m_status, *m_servers, m_view->fakeBubbles());
+        manager().vpnServers().setCurrServer("de-1");
+        page.fillUp();
+        auto* next = page.findChild<QPushButton*>("pushButtonNextServer");
+        QTest::mouseClick(page.findChild<QPushButton*>("pushButtonConnect"), Qt::LeftButton);
+        const auto clickNext = [next] {
+            QEvent enter(QEvent::Enter);
+            QApplication::sendEvent(next, &enter);
+            QTest::mouseClick(next, Qt::LeftButton);
+        };
+        int lists = 0;
+        m_fixture->api().onCall("receiveServerList", [&] {
+            if (lists++ == 0)
+                QTest::mouseClick(next, Qt::LeftButton);
+        });
+        clickNext();
+        QCOMPARE(lists, 1);
+        QCOMPARE(manager().vpnServers().currServer().name, "de-3");
+        clickNext();
+        QCOMPARE(manager().vpnServers().currServer().name, "de-2");
+        manager().vpnServers().setCurrServer("fr-1");
+        m_servers->onSwitchToNextServer();
+        QCOMPARE(manager().settings().serverName(), "fr-1");
+        QTest::mouseClick(page.findChild<QPushButton*>("pushButtonDisconnect"), Qt::LeftButton);
+        QCOMPARE(manager().connection().mode(), ConnectionChain::Disconnected);
     }
 
-    void switchToNextServer()
+    // Questions of the status page: with a remote-desktop server listening, an IKEv2-only connect
+    // without administrator rights (which takes the routes) asks first; a new protocol while
+    // connected offers a reconnect. Either way the page waits exactly once per connect.
+    void statusPageQuestions_data()
     {
-        QFETCH(QString, current);
-        QFETCH(QString, next);
-        manager().vpnServers().setCurrServer(current);
-        m_servers->onSwitchToNextServer();
-        QCOMPARE(manager().settings().serverName(), next);
-        QVERIFY(m_view->calls().isEmpty());
+        QTest::addColumn<bool>("administrator");
+        QTest::addColumn<int>("protocols");
+        QTest::addColumn<QString>("answer"); // empty: no question
+        QTest::addColumn<bool>("protocolChange");
+        const int ikev2 = int(ProtocolType::IKEv2);
+        QTest::newRow("remote desktop: asked") << false << ikev2 << "action.continue" << false;
+        QTest::newRow("remote desktop, administrator") << true << ikev2 << QString() << false;
+        QTest::newRow("remote desktop, automatic protocol") << false << 31 << QString() << false;
+        QTest::newRow("new protocol: reconnect") << true << 31 << "action.yes" << true;
+        QTest::newRow("new protocol: stay") << true << 31 << "action.no" << true;
+    }
+    void statusPageQuestions()
+    {
+        QFETCH(bool, administrator);
+        QFETCH(int, protocols);
+        QFETCH(QString, answer);
+        QFETCH(bool, protocolChange);
+        Gui::StatusWidget page(manager(), *m_status, *m_servers, m_view->fakeBubbles());
+        page.fillUp();
+        manager().settings().setProtocolTypes(QFlags<ProtocolType>(protocols));
+        PlatformOverrides::setAdministrator(administrator);
+        PlatformOverrides::setRdpListening(!protocolChange);
+        QSignalSpy stopped(&page, &Gui::AbstractContentPage::aboutToStopWaiting);
+        MessageBoxDriver driver;
+        if (!answer.isEmpty() && !protocolChange)
+            driver.clickOnNextBox(shared(qPrintable(answer)));
+        const int probes = m_fixture->api().calls("isThereInternet");
+        QTest::mouseClick(page.findChild<QPushButton*>("pushButtonConnect"), Qt::LeftButton);
+        // Answered or not asked, the connect goes ahead: it first asks whether there is a network.
+        QVERIFY(m_fixture->api().calls("isThereInternet") > probes);
+        QCOMPARE(stopped.count(), 1);
+        if (protocolChange) {
+            QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
+            m_fixture->platform().clearCalls();
+            driver.clickOnNextBox(shared(qPrintable(answer)));
+            page.onSettedNewProtocol();
+            const bool reconnects = answer == "action.yes";
+            QCOMPARE(m_fixture->platform().callCount("disconnect"), reconnects ? 1 : 0);
+            QCOMPARE(m_fixture->platform().callCount("connectIKEv2"), reconnects ? 1 : 0);
+            QCOMPARE(manager().connection().mode(), ConnectionChain::Connected);
+        }
+        QVERIFY2(driver.failures().isEmpty(), qPrintable(driver.failures().join("; ")));
+        QCOMPARE(driver.seen().size(), answer.isEmpty() ? 0 : 1);
+    }
+
+    // The chain's reports reach the user as tray bubbles (none for a failed re-establishment),
+    // with the page waiting while it re-establishes.
+    void chainReportsBecomeBubbles()
+    {
+        Gui::StatusWidget page(manager(), *m_status, *m_servers, m_view->fakeBubbles());
+        QSignalSpy stopped(&page, &Gui::AbstractContentPage::aboutToStopWaiting);
+        emit manager().connection().protocolChanged();
+        emit manager().connection().protocolsExpired();
+        for (const bool success : {false, true}) {
+            emit manager().connection().reestablishStarted();
+            emit manager().connection().reestablishFinished(success);
+        }
+        QCOMPARE(stopped.count(), 2);
+        QCOMPARE(m_view->fakeBubbles().texts().size(), 3);
     }
 
     // The server page over the controller: fresh loads reach the rows shown, choosing a row
@@ -302,6 +388,46 @@ private slots:
         QVERIFY(!login.login(QStringLiteral("user@vpn.test"), QStringLiteral("wrong")));
         QCOMPARE(boxes().size(), 2);
         QCOMPARE(boxes().last(), QStringLiteral("Wrong login or password."));
+    }
+
+    // Workers overlap while they append their rows: every row still arrives once, with its flag, in
+    // name order with its servers in name order (whole records), built off this thread.
+    void rowBuilderWorkersBuildTheirShare()
+    {
+        // Ids count down, so map order (ascending id) is the reverse of name order.
+        ServerListMaker maker;
+        const int countries = 45;
+        for (int i = 0; i < countries; ++i) {
+            maker.country(1000 - i, QStringLiteral("c%1").arg(i),
+                          QStringLiteral("Country %1").arg(i, 3, 10, QLatin1Char('0')));
+            maker.server(1000 - i, QStringLiteral("s%1-b").arg(i), 10)
+                .server(1000 - i, QStringLiteral("s%1-a").arg(i), 20);
+        }
+        QMutex mutex;
+        QSet<int> workers;
+        QSet<Qt::HANDLE> threads;
+        tavero::ServerRowBuilder builder([](const QString& code) {
+            QThread::usleep(200); // slow flag loads
+            return rowFlag(code);
+        });
+        builder.setRowObserver([&](int worker, int) {
+            const QMutexLocker locker(&mutex);
+            workers.insert(worker);
+            threads.insert(QThread::currentThreadId());
+        });
+        const QVector<CountryPresentationData> rows = builder.build(maker.list());
+        QVERIFY(workers.size() > 1);
+        QVERIFY(!threads.contains(QThread::currentThreadId()));
+        QCOMPARE(rows.size(), countries);
+        for (int i = 0; i < rows.size(); ++i) {
+            QCOMPARE(rows[i].flagImage.width(), rows[i].country.code.size() + 1);
+            QCOMPARE(rows[i].servers.size(), 2);
+            QCOMPARE(rows[i].servers[0].name, rows[i].country.code.mid(1).prepend('s') + "-a");
+            QCOMPARE(rows[i].servers[0].load, 20);
+            if (i > 0)
+                QVERIFY(rows[i - 1].country.name < rows[i].country.name);
+        }
+        QVERIFY(builder.build(ServerListMaker().list()).isEmpty());
     }
 };
 
