@@ -10,7 +10,7 @@ target_link_libraries(tavero_guitestsupport PUBLIC tavero_testsupport tavero_gui
 
 foreach(test platform/tst_windowsplatform app/tst_settings app/tst_messagehandler
         api/tst_replyparser api/tst_endpoints connection/tst_ovpninputcheck
-        connection/tst_connectionkeeper connection/tst_killswitcher manager/tst_serverrowbuilder)
+        connection/tst_connectionkeeper manager/tst_serverrowbuilder)
     get_filename_component(name ${test} NAME)
     tavero_add_test(NAME ${name} SOURCES ${test}.cpp)
 endforeach()
