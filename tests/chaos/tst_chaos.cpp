@@ -186,6 +186,13 @@ private slots:
                  for (const qint64 pid : standIns.live())
                      ::kill(pid_t(pid), SIGKILL);
              }},
+            // Every openvpn started meanwhile reports an error and keeps running.
+            {"openvpn refuses",
+             [&](int arg) {
+                 qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "error");
+                 chain.connect(server(arg));
+                 qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "success");
+             }},
         };
 
         // Empty when the engine's state and reality agree.

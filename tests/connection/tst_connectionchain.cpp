@@ -4,7 +4,6 @@
 #include "connection/killswitcher.h"
 #include "platform/platformoverrides.h"
 #include "support/fakeserverapi.h"
-#include "support/standinlog.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
@@ -327,19 +326,6 @@ private slots:
         QVERIFY(!m_platform->isNetworkOff());
         QVERIFY(expired.isEmpty());
         QCOMPARE(m_platform->callCount("connectIKEv2"), 2); // de-1 and the user's fr-1 only
-    }
-
-    // Every protocol failed, the last one with an openvpn that reported an error and kept
-    // running: the chain stops what it tried, so nothing is left out of reach.
-    void failedAttemptLeavesNoOpenVpnRunning()
-    {
-        tavero::test::StandInLog standIns;
-        m_settings->setProtocolTypes(OvpnUdp | OvpnTcp);
-        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "error");
-        QVERIFY(!chain().connect(server("de-1")).isSuccess);
-        QCOMPARE(standIns.starts().size(), 2);
-        QTRY_COMPARE(standIns.live(), QVector<qint64>{});
-        QCOMPARE(standIns.leftoverConfigs(), QStringList{});
     }
 };
 
