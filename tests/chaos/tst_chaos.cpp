@@ -255,13 +255,18 @@ private slots:
         QCOMPARE(standIns.leftoverConfigs(), QStringList{});
     }
 
-    // OpenVPN ends under a verified tunnel while the IP check hangs, as one riding a kept-alive
-    // connection through the dead tunnel would: the kill switch must not wait for that answer.
+    // IKEv2 (scripted) comes up but the service still sees the real address: it is dropped for
+    // OpenVPN over UDP, which verifies. That OpenVPN then ends while the IP check hangs, as one
+    // riding a kept-alive connection through the dead tunnel would: the kill switch must not wait
+    // for that answer.
     void deadTunnelCutsTheNetworkAtOnce()
     {
-        Engine engine(*this, 500); // all protocols: IKEv2 dials (scripted) but never verifies
+        Engine engine(*this, 500); // all protocols
         engine.settings.setKillSwitch(true);
         QVERIFY(engine.chain.connect(m_servers.first()).isSuccess);
+        QCOMPARE(engine.chain.currProtocolName(), QString("Open VPN UDP"));
+        QCOMPARE(engine.platform.callNames().filter(QRegularExpression("^connect|^disconnect$")),
+                 (QStringList{"disconnect", "connectIKEv2", "disconnect"}));
         const int hangMs = 10000;
         QVERIFY(m_service->delayNext("/json", 2, hangMs));
         QElapsedTimer sinceDrop;

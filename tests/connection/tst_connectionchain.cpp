@@ -173,20 +173,6 @@ private slots:
         QVERIFY(!l2tp.supports(account) && !pptp.supports(account));
     }
 
-    void unprotectedProtocolIsDroppedForTheNext()
-    {
-        // IKEv2 comes up but the service still sees the real address; UDP then verifies.
-        m_api->onCall("receiveIp",
-                      [this] { m_api->ipResult = ipAnswer(m_api->calls("receiveIp") > 1); });
-        const OperationResult result = chain().connect(server("de-1"));
-        QVERIFY2(result.isSuccess, qPrintable(result.message));
-        QCOMPARE(chain().currProtocolName(), QString("Open VPN UDP"));
-        QCOMPARE(chain().mode(), ConnectionChain::Connected);
-        QCOMPARE(chain().currentServer().name, QString("de-1"));
-        const QStringList calls = m_platform->callNames();
-        QCOMPARE(calls.count("disconnect"), 2); // at construction, then the unverified IKEv2
-    }
-
     void failureMessages_data()
     {
         QTest::addColumn<int>("flags");
