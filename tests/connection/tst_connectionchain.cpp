@@ -119,23 +119,34 @@ private slots:
         PlatformOverrides::setRdpListening(std::nullopt);
     }
 
-    void chainFollowsRightsAndRemoteDesktop_data()
+    // The attempt list follows the rights and a listening remote desktop; when every attempt
+    // fails, the message names what was tried.
+    void chainAndItsFailure_data()
     {
         QTest::addColumn<int>("flags");
         QTest::addColumn<bool>("admin");
         QTest::addColumn<bool>("rdp");
         QTest::addColumn<QStringList>("expected");
+        QTest::addColumn<QString>("message");
         const QStringList all{"IKEv2", "Open VPN UDP", "Open VPN TCP"};
-        QTest::newRow("administrator") << 31 << true << false << all;
+        const QString none = "No  specified protocols are supported by the selected server.";
+        QTest::newRow("administrator")
+            << 31 << true << false << all << "Failed to connect via any protocols";
+        QTest::newRow("TCP and UDP")
+            << int(OvpnTcp | OvpnUdp) << true << false << QStringList(all.mid(1))
+            << "Unable to connect using protocol Open VPN TCP, Open VPN UDP";
         QTest::newRow("no rights, no remote desktop")
-            << 31 << false << false << QStringList{"IKEv2"};
-        QTest::newRow("no rights, remote desktop") << 31 << false << true << QStringList{};
+            << 31 << false << false << QStringList{"IKEv2"}
+            << "Failed to connect via any protocols";
+        QTest::newRow("no rights, remote desktop") << 31 << false << true << QStringList{} << none;
         QTest::newRow("no rights, remote desktop, IKEv2 alone")
-            << int(IKEv2) << false << true << QStringList{"IKEv2"};
+            << int(IKEv2) << false << true << QStringList{"IKEv2"}
+            << "Unable to connect using protocol IKEv2";
         QTest::newRow("L2TP and PPTP are never dialled")
-            << int(ProtocolType::L2tp | ProtocolType::Pptp) << true << false << QStringList{};
+            << int(ProtocolType::L2tp | ProtocolType::Pptp) << true << false << QStringList{}
+            << none;
     }
-    void chainFollowsRightsAndRemoteDesktop()
+    void chainAndItsFailure()
     {
         QFETCH(int, flags);
         QFETCH(bool, admin);
@@ -148,6 +159,15 @@ private slots:
         m_settings->setProtocolTypes(QFlags<ProtocolType>(flags));
         QVERIFY(chain().createChain().isSuccess);
         QCOMPARE(chain().chainNames(), expected);
+
+        m_platform->queueResult("connectIKEv2", OperationResult(QString("dial failed")));
+        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "error");
+        const OperationResult result = chain().connect(server("de-1"));
+        QVERIFY(!result.isSuccess);
+        QTEST(result.message, "message");
+        QCOMPARE(chain().mode(), ConnectionChain::Failed);
+        QCOMPARE(chain().currProtocolName(), QString("Disconnected"));
+        QCOMPARE(chain().currentServer().countryId, -1);
     }
 
     // The dial-up links no attempt list holds still hand the platform the account's data in its
@@ -171,34 +191,6 @@ private slots:
         QCOMPARE(calls[3].arguments, (QVariantList{"dial.vpn.example", "user", "secret"}));
         account.hasAccountData = false;
         QVERIFY(!l2tp.supports(account) && !pptp.supports(account));
-    }
-
-    void failureMessages_data()
-    {
-        QTest::addColumn<int>("flags");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("all five fail") << 31 << "Failed to connect via any protocols";
-        QTest::newRow("TCP and UDP fail")
-            << int(OvpnTcp | OvpnUdp)
-            << "Unable to connect using protocol Open VPN TCP, Open VPN UDP";
-        QTest::newRow("only dial-up protocols")
-            << int(L2tp | Pptp) << "No  specified protocols are supported by the selected server.";
-        QTest::newRow("nothing allowed")
-            << 0 << "No  specified protocols are supported by the selected server.";
-    }
-    void failureMessages()
-    {
-        QFETCH(int, flags);
-        QFETCH(QString, message);
-        m_settings->setProtocolTypes(QFlags<ProtocolType>(flags));
-        m_platform->queueResult("connectIKEv2", OperationResult(QString("dial failed")));
-        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "error");
-        const OperationResult result = chain().connect(server("de-1"));
-        QVERIFY(!result.isSuccess);
-        QCOMPARE(result.message, message);
-        QCOMPARE(chain().mode(), ConnectionChain::Failed);
-        QCOMPARE(chain().currProtocolName(), QString("Disconnected"));
-        QCOMPARE(chain().currentServer().countryId, -1);
     }
 
     void requestsDuringAConnectAreRefused()
