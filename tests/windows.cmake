@@ -9,8 +9,7 @@ add_library(tavero_guitestsupport STATIC support/messageboxdriver.cpp)
 target_link_libraries(tavero_guitestsupport PUBLIC tavero_testsupport tavero_gui)
 
 foreach(test platform/tst_windowsplatform app/tst_messagehandler api/tst_serviceinput
-        connection/tst_ovpninputcheck connection/tst_connectionkeeper
-        connection/tst_killswitcher)
+        connection/tst_ovpninputcheck connection/tst_connectionkeeper)
     get_filename_component(name ${test} NAME)
     tavero_add_test(NAME ${name} SOURCES ${test}.cpp)
 endforeach()

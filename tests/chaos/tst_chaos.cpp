@@ -2,28 +2,31 @@
 #include "app/settings.h"
 #include "connection/connectionchain.h"
 #include "connection/killswitcher.h"
+#include "manager/serverlistqueries.h"
+#include "platform/linux/interfacebackend.h"
 #include "platform/linux/linuxplatform.h"
 #include "platform/platformoverrides.h"
 #include "support/devservice.h"
-#include "support/networknamespace.h"
 #include "support/standinlog.h"
 #include "support/testenvironment.h"
 #include "support/testplatform.h"
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QtTest>
 #include <csignal>
-#include <fcntl.h>
+#include <cstdlib>
 #include <functional>
 #include <sched.h>
 #include <unistd.h>
 
 using tavero::ConnectionChain;
 using tavero::test::DevService;
-using tavero::test::NetworkNamespace;
 using tavero::test::StandInLog;
 
 namespace {
@@ -31,39 +34,72 @@ namespace {
 // The interface of the test's own network namespace that a client's kill switch cuts.
 const QString cutInterface = QStringLiteral("chaos0");
 
-bool cutInterfaceUp()
+QString ip(const QStringList& arguments)
 {
     QProcess ip;
-    ip.start(QStringLiteral("ip"), {"-o", "link", "show", cutInterface});
+    ip.start(QStringLiteral("ip"), arguments);
     ip.waitForFinished();
-    const QByteArray line = ip.readAllStandardOutput();
-    const int open = line.indexOf('<');
-    return line.mid(open + 1, line.indexOf('>') - open - 1).split(',').contains("UP");
+    return QString::fromUtf8(ip.readAllStandardOutput());
 }
 
-// Puts the whole process (and so every thread and child it starts from now on) into a namespace
-// of its own with loopback and one dummy interface, so that nothing here can cut the host.
-std::unique_ptr<NetworkNamespace> enterOwnNamespace()
+bool isUp(const QString& linkLine)
 {
-    if (!NetworkNamespace::unavailableReason().isEmpty())
-        return nullptr;
-    auto space = std::make_unique<NetworkNamespace>(QStringLiteral("tavero-chaos"));
-    if (!space->error().isEmpty() || !space->ip({"link", "set", "lo", "up"}) ||
-        !space->ip({"link", "add", cutInterface, "type", "veth", "peer", "name", "chaos1"}) ||
-        !space->ip({"link", "set", cutInterface, "up"}))
-        return nullptr;
-    const int fd = ::open(qPrintable("/run/netns/" + space->name()), O_RDONLY | O_CLOEXEC);
-    const bool entered = fd >= 0 && ::setns(fd, CLONE_NEWNET) == 0;
-    if (fd >= 0)
-        ::close(fd);
-    return entered ? std::move(space) : nullptr;
+    return linkLine.section('<', 1, 1).section('>', 0, 0).split(',').contains("UP");
+}
+
+// The JSON line of `output` from `from` on that contains `needle`; empty when none does.
+QJsonObject lineWith(const QByteArray& output, const QByteArray& needle, int from = 0)
+{
+    const int at = output.indexOf(needle, from);
+    const int start = output.lastIndexOf('\n', at) + 1;
+    return at < 0 ? QJsonObject()
+                  : QJsonDocument::fromJson(output.mid(start, output.indexOf('\n', at) - start))
+                        .object();
+}
+
+bool cutInterfaceUp()
+{
+    return isUp(ip({"-o", "link", "show", cutInterface}));
+}
+
+// Every interface with its administrative state.
+QStringList linkStates()
+{
+    QStringList state;
+    for (const QString& line : ip({"-o", "link", "show"}).split('\n', Qt::SkipEmptyParts))
+        state << line.section(": ", 1, 1).section('@', 0, 0) + (isUp(line) ? " up" : " down");
+    return state;
+}
+
+// The links and the IPv4 routes: what a kill switch must give back exactly.
+QStringList networkState()
+{
+    return linkStates() + ip({"-4", "route", "show"}).split('\n', Qt::SkipEmptyParts);
+}
+
+// Moves the whole process (and so every thread and child it starts from now on) into a new
+// network namespace that ends with it: nothing here can cut the host. It gets loopback, a veth
+// pair with an address and routes, and a second pair with one end down that must stay down.
+// Called before any thread exists.
+bool enterOwnNamespace()
+{
+    return ::geteuid() == 0 && ::unshare(CLONE_NEWNET) == 0 &&
+           std::system("ip link set lo up && "
+                       "ip link add chaos0 type veth peer name chaos1 && "
+                       "ip link add chaos2 type veth peer name chaos3 && "
+                       "ip addr add 10.200.0.1/24 dev chaos0 && "
+                       "ip link set chaos0 up && ip link set chaos1 up && ip link set chaos2 up && "
+                       "ip route add 10.201.0.0/16 via 10.200.0.2 dev chaos0 proto static && "
+                       "ip route add default via 10.200.0.2 dev chaos0") == 0;
 }
 
 } // namespace
 
-// The connection engine under a seeded random sequence of user actions, service faults and
-// process faults, against the development service with the OpenVPN stand-in; invariants are
-// checked after every step. TAVERO_CHAOS_SEED replays a sequence.
+// The connection engine and tavero-cli against the development service with the OpenVPN
+// stand-in: the engine under a seeded random sequence of user actions, service faults and process
+// faults with invariants checked after every step (TAVERO_CHAOS_SEED replays a sequence), the kill
+// switch against a hanging IP check, tavero-cli's whole flow, and, in the process's own network
+// namespace, the interface switch and a tavero-cli killed at random moments.
 class TestChaos : public QObject {
     Q_OBJECT
 public:
@@ -90,7 +126,9 @@ private slots:
         tavero::PlatformOverrides::setRdpListening(false);
         tavero::ServerApi api(m_service->endpoints());
         QCOMPARE(api.loginByEmail(account().email, account().password).status, 0);
-        for (const auto& servers : api.receiveServerList().serversByCountry) {
+        m_list = api.receiveServerList();
+        m_recommended = api.receiveRecommendedServerList(QString());
+        for (const auto& servers : m_list.serversByCountry) {
             for (const VpnServerInformation& server : servers) {
                 if (server.hasOvpnConfig && m_servers.size() < 3)
                     m_servers << server;
@@ -108,22 +146,19 @@ private slots:
         m_trail.clear();
     }
 
+    void init()
+    {
+        tavero::test::TestEnvironment::clearSettings();
+        QVERIFY(m_service->reset()); // faults an earlier test left queued are its own
+        tavero::ServerApi::resetSharedCaches();
+    }
+
     void engineUnderChaos()
     {
         StandInLog standIns;
-        tavero::ServerApi::resetSharedCaches();
-        tavero::ServerApi api(m_service->endpoints());
-        QCOMPARE(api.loginByEmail(account().email, account().password).status, 0);
-        tavero::test::TestPlatform platform; // the network switch is scripted here
-        tavero::Settings settings;
+        Engine engine(*this, 300);
+        auto& [api, platform, settings, killSwitcher, chain] = engine;
         settings.setProtocolTypes(OvpnUdp | OvpnTcp);
-        tavero::KillSwitcher killSwitcher(api, platform, settings);
-        ConnectionChain::Options options;
-        options.openVpnDirectory = m_programDir.path();
-        options.openVpnLimits.connectLimit = std::chrono::milliseconds(8000);
-        options.keeperIntervalMs = 100;
-        options.reestablishIntervalMs = 300;
-        ConnectionChain chain(api, platform, settings, killSwitcher, options);
 
         const auto server = [this](int arg) { return m_servers.at(arg % m_servers.size()); };
         const QFlags<ProtocolType> protocols[] = {OvpnUdp, OvpnTcp, OvpnUdp | OvpnTcp};
@@ -150,6 +185,13 @@ private slots:
              [&](int) {
                  for (const qint64 pid : standIns.live())
                      ::kill(pid_t(pid), SIGKILL);
+             }},
+            // Every openvpn started meanwhile reports an error and keeps running.
+            {"openvpn refuses",
+             [&](int arg) {
+                 qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "error");
+                 chain.connect(server(arg));
+                 qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "success");
              }},
         };
 
@@ -213,27 +255,157 @@ private slots:
         QCOMPARE(standIns.leftoverConfigs(), QStringList{});
     }
 
+    // IKEv2 (scripted) comes up but the service still sees the real address: it is dropped for
+    // OpenVPN over UDP, which verifies. That OpenVPN then ends while the IP check hangs, as one
+    // riding a kept-alive connection through the dead tunnel would: the kill switch must not wait
+    // for that answer.
+    void deadTunnelCutsTheNetworkAtOnce()
+    {
+        Engine engine(*this, 500); // all protocols
+        engine.settings.setKillSwitch(true);
+        QVERIFY(engine.chain.connect(m_servers.first()).isSuccess);
+        QCOMPARE(engine.chain.currProtocolName(), QString("Open VPN UDP"));
+        QCOMPARE(engine.platform.callNames().filter(QRegularExpression("^connect|^disconnect$")),
+                 (QStringList{"disconnect", "connectIKEv2", "disconnect"}));
+        const int hangMs = 10000;
+        QVERIFY(m_service->delayNext("/json", 2, hangMs));
+        QElapsedTimer sinceDrop;
+        qint64 failedAfterMs = -1;
+        connect(&engine.chain, &ConnectionChain::modeChanged, this, [&] {
+            if (engine.chain.mode() == ConnectionChain::Failed && failedAfterMs < 0)
+                failedAfterMs = sinceDrop.elapsed();
+        });
+        sinceDrop.start();
+        QVERIFY(m_service->dropTunnels());
+        QTRY_VERIFY_WITH_TIMEOUT(failedAfterMs >= 0, 3 * hangMs);
+        QVERIFY2(failedAfterMs < hangMs, "the kill switch waited for the hanging IP check");
+        QVERIFY(engine.platform.isNetworkOff());
+        QVERIFY(m_service->openTunnels().isEmpty());
+    }
+
+    // The interface switch for real, in this namespace: off cuts every interface but loopback,
+    // on gives back exactly what was there (the interface that was down stays down, the routes
+    // come back); with nothing to switch, both say so.
+    void interfaceSwitchGivesBackExactly()
+    {
+        if (!m_ownNamespace)
+            QSKIP("needs a network namespace of its own (root)");
+        const QStringList before = networkState();
+        tavero::LinuxPlatform::Options options;
+        options.networkBackendFactory = [] { return std::make_unique<tavero::InterfaceBackend>(); };
+        tavero::LinuxPlatform platform(std::move(options));
+        const OperationResult off = platform.turnOffInternet();
+        QVERIFY2(off.isSuccess, qPrintable(off.message));
+        QCOMPARE(networkState().filter(QRegularExpression(" up$")), QStringList{"lo up"});
+        QCOMPARE(platform.turnOffInternet().message, "warning.failed_to_turn_off_the_internet");
+        bool reenabled = false;
+        const OperationResult on = platform.turnOnInternet(reenabled);
+        QVERIFY2(on.isSuccess && reenabled, qPrintable(on.message));
+        QTRY_COMPARE(networkState(), before);
+        QCOMPARE(platform.turnOnInternet(reenabled).message,
+                 "warning.failed_to_turn_on_the_internet");
+        QVERIFY(!reenabled);
+    }
+
+    // tavero-cli as a script uses it, with the kill switch off (TAVERO_KEEP_NETWORK=1): log in
+    // with the password on standard input, list, connect to a chosen country, survive a tunnel
+    // break, stop on SIGINT leaving no openvpn behind.
+    void cliLoginListConnectBreakStop()
+    {
+        if (::geteuid() != 0)
+            QSKIP("tavero-cli offers OpenVPN only with administrator rights (run as root)");
+        StandInLog standIns;
+        QJsonObject result;
+        QCOMPARE(runCli({"login", account().email}, result, account().password.toUtf8() + "\n"), 0);
+        QCOMPARE(result.value("email").toString(), account().email);
+        QCOMPARE(runCli({"servers"}, result), 0);
+        QVERIFY(!result.value("recommended").toArray().isEmpty());
+        QVERIFY(result.value("all").toArray().size() >=
+                result.value("recommended").toArray().size());
+
+        // A country whose server as tavero-cli picks it (from the recommended list first) has
+        // an OpenVPN configuration.
+        QString country;
+        QString server;
+        for (auto it = m_list.countriesByCode.cbegin(); it != m_list.countriesByCode.cend(); ++it) {
+            QString name =
+                tavero::ServerListQueries::bestServerNameByCountryCode(m_recommended, it.key());
+            if (name.isEmpty())
+                name = tavero::ServerListQueries::bestServerNameByCountryCode(m_list, it.key());
+            for (const VpnServerInformation& candidate : m_list.serversByCountry.value(it->id)) {
+                if (candidate.name == name && candidate.hasOvpnConfig)
+                    std::tie(country, server) = std::pair(it.key(), name);
+            }
+        }
+        QVERIFY(!server.isEmpty());
+
+        tavero::Settings().setProtocolTypes(OvpnUdp); // the stand-in's scenario
+        QProcess connect;
+        startCli(connect, {"connect", "--country", country.toUpper()});
+        QByteArray output;
+        const auto waitFor = [&](const QByteArray& needle, int from = 0) {
+            const QDeadlineTimer deadline(60000);
+            while ((output += connect.readAllStandardOutput()).indexOf(needle, from) < 0) {
+                if (deadline.hasExpired() || connect.state() == QProcess::NotRunning)
+                    return false;
+                connect.waitForReadyRead(200);
+            }
+            return true;
+        };
+        const QByteArray connected = "\"mode\":\"Connected\"";
+        QVERIFY2(waitFor(connected), output.constData());
+        QCOMPARE(lineWith(output, connected).value("server").toString(), server);
+        QCOMPARE(lineWith(output, connected).value("protocol").toString(), "Open VPN UDP");
+        QCOMPARE(tavero::Settings().serverName(), server);
+        QCOMPARE(runCli({"status"}, result), 0);
+        QCOMPARE(result.value("protected").toBool(), true);
+
+        // A break from the service: the tunnel is re-established without anyone asking.
+        const int before = output.size();
+        QVERIFY(m_service->dropTunnels());
+        QVERIFY2(waitFor("\"event\":\"reestablishing\"", before), output.constData());
+        const QByteArray reestablished = "\"event\":\"reestablished\"";
+        QVERIFY2(waitFor(reestablished, before), output.constData());
+        QCOMPARE(lineWith(output, reestablished, before).value("success").toBool(), true);
+        QVERIFY(output.indexOf(connected, before) >= 0);
+        QCOMPARE(runCli({"status"}, result), 0);
+        QCOMPARE(result.value("protected").toBool(), true);
+        QVERIFY(standIns.starts().size() >= 2);
+
+        // Ctrl-C in the terminal (SIGINT to the whole process group): disconnect, say so, end
+        // with success, leave no OpenVPN behind, and start no new tunnel on the way out.
+        const int stopAt = output.size();
+        const int starts = standIns.starts().size();
+        QVERIFY(::kill(-pid_t(connect.processId()), SIGINT) == 0);
+        QVERIFY(connect.waitForFinished(30000));
+        output += connect.readAllStandardOutput();
+        QVERIFY(output.indexOf("\"event\":\"stopping\"", stopAt) >= 0);
+        QVERIFY(output.indexOf("\"mode\":\"Disconnected\"", stopAt) >= 0);
+        QVERIFY2(output.indexOf("reestablish", stopAt) < 0, output.constData() + stopAt);
+        QCOMPARE(standIns.starts().size(), starts);
+        QCOMPARE(connect.exitCode(), 0);
+        QCOMPARE(standIns.live(), QVector<qint64>());
+        // The service notices the stand-in's closed control connection on its own thread.
+        QTRY_VERIFY(m_service->openTunnels().isEmpty());
+        QCOMPARE(runCli({"status"}, result), 9); // not protected any more
+    }
+
     // tavero-cli, with the kill switch on and the interface switch of this namespace, killed with
     // SIGKILL at random moments (while connecting, connected, or after its kill switch cut the
-    // network): the next start switches back on what was cut and leaves no openvpn or key behind.
+    // network): the next start switches back on exactly the interfaces that were on and leaves
+    // no openvpn or key behind.
     void killedClientLeavesNothingBehind()
     {
         if (!m_ownNamespace)
-            QSKIP("needs a network namespace of its own (root and ip netns)");
-        // The faults the sequence above still had queued (a failing IP check, expired tokens)
-        // belong to it.
-        QVERIFY(m_service->reset());
+            QSKIP("needs a network namespace of its own (root)");
         StandInLog standIns;
+        // Only the links: the routes on a cut interface are remembered by the run that cut it
+        // alone, so a crash still loses them.
+        const QStringList links = linkStates();
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.remove("TAVERO_KEEP_NETWORK"); // this namespace is the test's own
         // No system bus: the interface switch, never a NetworkManager of the host.
         environment.insert("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent");
-        const QString cli = qEnvironmentVariable("TAVERO_TEST_BIN_DIR") + "/tavero-cli";
-        const auto run = [&](QProcess& process, const QStringList& arguments) {
-            process.setProcessEnvironment(environment);
-            process.start(cli, QStringList{"--json"} + arguments);
-            return process.waitForStarted();
-        };
         {
             tavero::Settings settings; // logged in, as `tavero-cli login` leaves it
             settings.setToken(tavero::ServerApi(m_service->endpoints())
@@ -249,7 +421,7 @@ private slots:
             m_trail << QString("SIGKILL at moment %1").arg(moment);
             QVERIFY(cutInterfaceUp());
             QProcess connect;
-            QVERIFY(run(connect, {"connect"}));
+            QVERIFY(startCli(connect, {"connect"}, environment));
             QByteArray output;
             if (moment == 0) {
                 QTest::qWait(random.bounded(500));
@@ -273,9 +445,9 @@ private slots:
             QVERIFY(connect.waitForFinished(10000));
 
             QProcess status;
-            QVERIFY(run(status, {"status"}));
+            QVERIFY(startCli(status, {"status"}, environment));
             QVERIFY(status.waitForFinished(60000));
-            QVERIFY(cutInterfaceUp());
+            QCOMPARE(linkStates(), links);
             QTRY_VERIFY(standIns.live().isEmpty());
             QCOMPARE(standIns.leftoverConfigs(), QStringList{});
             QVERIFY(!QFile::exists(tavero::LinuxPlatform::killSwitchStateFileDefault()));
@@ -285,20 +457,75 @@ private slots:
 private:
     DevService::Account account() const { return m_service->account(0); }
 
+    static bool
+    startCli(QProcess& process, const QStringList& arguments,
+             const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
+    {
+        process.setProcessEnvironment(environment);
+        // A session of its own (setsid execs in place: the same process), as a terminal gives.
+        process.start(
+            "setsid",
+            QStringList{qEnvironmentVariable("TAVERO_TEST_BIN_DIR") + "/tavero-cli", "--json"} +
+                arguments);
+        return process.waitForStarted();
+    }
+    // Runs a command to its end; its exit code (-1: no normal end) and its last JSON line.
+    static int runCli(const QStringList& arguments, QJsonObject& result,
+                      const QByteArray& input = {})
+    {
+        QProcess run;
+        startCli(run, arguments);
+        run.write(input);
+        run.closeWriteChannel();
+        const bool ended = run.waitForFinished(60000) && run.exitStatus() == QProcess::NormalExit;
+        result = QJsonDocument::fromJson(run.readAllStandardOutput().trimmed().split('\n').last())
+                     .object();
+        if (!ended || run.exitCode() != 0)
+            qWarning("tavero-cli %s: %s", qPrintable(arguments.join(' ')),
+                     run.readAllStandardError().constData());
+        return ended ? run.exitCode() : -1;
+    }
+
+    // The real chain over the development service, with the network switch and IKEv2 scripted.
+    struct Engine {
+        Engine(const TestChaos& test, int reestablishIntervalMs)
+            : api(test.m_service->endpoints())
+            , chain(api, platform, settings, killSwitcher, options(test, reestablishIntervalMs))
+        {
+            api.loginByEmail(test.account().email, test.account().password);
+        }
+        static ConnectionChain::Options options(const TestChaos& test, int reestablishIntervalMs)
+        {
+            ConnectionChain::Options options;
+            options.openVpnDirectory = test.m_programDir.path();
+            options.openVpnLimits.connectLimit = std::chrono::milliseconds(8000);
+            options.keeperIntervalMs = 100;
+            options.reestablishIntervalMs = reestablishIntervalMs;
+            return options;
+        }
+        tavero::ServerApi api;
+        tavero::test::TestPlatform platform;
+        tavero::Settings settings;
+        tavero::KillSwitcher killSwitcher{api, platform, settings};
+        ConnectionChain chain;
+    };
+
     const bool m_ownNamespace;
     quint32 m_seed = 0;
     QStringList m_trail;
     QTemporaryDir m_programDir;
     std::unique_ptr<DevService> m_service;
-    QVector<VpnServerInformation> m_servers;
+    QVector<VpnServerInformation> m_servers; // three with OpenVPN
+    ServerListGettingResult m_list;
+    ServerListGettingResult m_recommended;
 };
 
 int main(int argc, char** argv)
 {
+    const bool ownNamespace = enterOwnNamespace();
     tavero::test::TestEnvironment environment;
     QCoreApplication app(argc, argv);
-    const std::unique_ptr<NetworkNamespace> space = enterOwnNamespace();
-    TestChaos test(space != nullptr);
+    TestChaos test(ownNamespace);
     QTEST_SET_MAIN_SOURCE_PATH
     return QTest::qExec(&test, argc, argv);
 }

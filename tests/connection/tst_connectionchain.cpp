@@ -4,7 +4,6 @@
 #include "connection/killswitcher.h"
 #include "platform/platformoverrides.h"
 #include "support/fakeserverapi.h"
-#include "support/standinlog.h"
 #include "support/testmain.h"
 #include "support/testplatform.h"
 
@@ -120,23 +119,34 @@ private slots:
         PlatformOverrides::setRdpListening(std::nullopt);
     }
 
-    void chainFollowsRightsAndRemoteDesktop_data()
+    // The attempt list follows the rights and a listening remote desktop; when every attempt
+    // fails, the message names what was tried.
+    void chainAndItsFailure_data()
     {
         QTest::addColumn<int>("flags");
         QTest::addColumn<bool>("admin");
         QTest::addColumn<bool>("rdp");
         QTest::addColumn<QStringList>("expected");
+        QTest::addColumn<QString>("message");
         const QStringList all{"IKEv2", "Open VPN UDP", "Open VPN TCP"};
-        QTest::newRow("administrator") << 31 << true << false << all;
+        const QString none = "No  specified protocols are supported by the selected server.";
+        QTest::newRow("administrator")
+            << 31 << true << false << all << "Failed to connect via any protocols";
+        QTest::newRow("TCP and UDP")
+            << int(OvpnTcp | OvpnUdp) << true << false << QStringList(all.mid(1))
+            << "Unable to connect using protocol Open VPN TCP, Open VPN UDP";
         QTest::newRow("no rights, no remote desktop")
-            << 31 << false << false << QStringList{"IKEv2"};
-        QTest::newRow("no rights, remote desktop") << 31 << false << true << QStringList{};
+            << 31 << false << false << QStringList{"IKEv2"}
+            << "Failed to connect via any protocols";
+        QTest::newRow("no rights, remote desktop") << 31 << false << true << QStringList{} << none;
         QTest::newRow("no rights, remote desktop, IKEv2 alone")
-            << int(IKEv2) << false << true << QStringList{"IKEv2"};
+            << int(IKEv2) << false << true << QStringList{"IKEv2"}
+            << "Unable to connect using protocol IKEv2";
         QTest::newRow("L2TP and PPTP are never dialled")
-            << int(ProtocolType::L2tp | ProtocolType::Pptp) << true << false << QStringList{};
+            << int(ProtocolType::L2tp | ProtocolType::Pptp) << true << false << QStringList{}
+            << none;
     }
-    void chainFollowsRightsAndRemoteDesktop()
+    void chainAndItsFailure()
     {
         QFETCH(int, flags);
         QFETCH(bool, admin);
@@ -149,6 +159,15 @@ private slots:
         m_settings->setProtocolTypes(QFlags<ProtocolType>(flags));
         QVERIFY(chain().createChain().isSuccess);
         QCOMPARE(chain().chainNames(), expected);
+
+        m_platform->queueResult("connectIKEv2", OperationResult(QString("dial failed")));
+        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "error");
+        const OperationResult result = chain().connect(server("de-1"));
+        QVERIFY(!result.isSuccess);
+        QTEST(result.message, "message");
+        QCOMPARE(chain().mode(), ConnectionChain::Failed);
+        QCOMPARE(chain().currProtocolName(), QString("Disconnected"));
+        QCOMPARE(chain().currentServer().countryId, -1);
     }
 
     // The dial-up links no attempt list holds still hand the platform the account's data in its
@@ -172,48 +191,6 @@ private slots:
         QCOMPARE(calls[3].arguments, (QVariantList{"dial.vpn.example", "user", "secret"}));
         account.hasAccountData = false;
         QVERIFY(!l2tp.supports(account) && !pptp.supports(account));
-    }
-
-    void unprotectedProtocolIsDroppedForTheNext()
-    {
-        // IKEv2 comes up but the service still sees the real address; UDP then verifies.
-        m_api->onCall("receiveIp",
-                      [this] { m_api->ipResult = ipAnswer(m_api->calls("receiveIp") > 1); });
-        const OperationResult result = chain().connect(server("de-1"));
-        QVERIFY2(result.isSuccess, qPrintable(result.message));
-        QCOMPARE(chain().currProtocolName(), QString("Open VPN UDP"));
-        QCOMPARE(chain().mode(), ConnectionChain::Connected);
-        QCOMPARE(chain().currentServer().name, QString("de-1"));
-        const QStringList calls = m_platform->callNames();
-        QCOMPARE(calls.count("disconnect"), 2); // at construction, then the unverified IKEv2
-    }
-
-    void failureMessages_data()
-    {
-        QTest::addColumn<int>("flags");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("all five fail") << 31 << "Failed to connect via any protocols";
-        QTest::newRow("TCP and UDP fail")
-            << int(OvpnTcp | OvpnUdp)
-            << "Unable to connect using protocol Open VPN TCP, Open VPN UDP";
-        QTest::newRow("only dial-up protocols")
-            << int(L2tp | Pptp) << "No  specified protocols are supported by the selected server.";
-        QTest::newRow("nothing allowed")
-            << 0 << "No  specified protocols are supported by the selected server.";
-    }
-    void failureMessages()
-    {
-        QFETCH(int, flags);
-        QFETCH(QString, message);
-        m_settings->setProtocolTypes(QFlags<ProtocolType>(flags));
-        m_platform->queueResult("connectIKEv2", OperationResult(QString("dial failed")));
-        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "error");
-        const OperationResult result = chain().connect(server("de-1"));
-        QVERIFY(!result.isSuccess);
-        QCOMPARE(result.message, message);
-        QCOMPARE(chain().mode(), ConnectionChain::Failed);
-        QCOMPARE(chain().currProtocolName(), QString("Disconnected"));
-        QCOMPARE(chain().currentServer().countryId, -1);
     }
 
     void requestsDuringAConnectAreRefused()
@@ -327,19 +304,6 @@ private slots:
         QVERIFY(!m_platform->isNetworkOff());
         QVERIFY(expired.isEmpty());
         QCOMPARE(m_platform->callCount("connectIKEv2"), 2); // de-1 and the user's fr-1 only
-    }
-
-    // Every protocol failed, the last one with an openvpn that reported an error and kept
-    // running: the chain stops what it tried, so nothing is left out of reach.
-    void failedAttemptLeavesNoOpenVpnRunning()
-    {
-        tavero::test::StandInLog standIns;
-        m_settings->setProtocolTypes(OvpnUdp | OvpnTcp);
-        qputenv("TAVERO_FAKE_OPENVPN_SCENARIO", "error");
-        QVERIFY(!chain().connect(server("de-1")).isSuccess);
-        QCOMPARE(standIns.starts().size(), 2);
-        QTRY_COMPARE(standIns.live(), QVector<qint64>{});
-        QCOMPARE(standIns.leftoverConfigs(), QStringList{});
     }
 };
 

@@ -25,9 +25,6 @@ QString pem(const QString& label, char fill)
 const QString caText = pem(QStringLiteral("CERTIFICATE"), 'a');
 const QString certText = pem(QStringLiteral("CERTIFICATE"), 'b');
 const QString keyText = pem(QStringLiteral("PRIVATE KEY"), 'c');
-const QString noResponse = QStringLiteral("OpenVPN server does not respond");
-const QString adminText = QStringLiteral("Unable to create Open VPN connection. Check premissions. "
-                                         "The program must be open as an administrator");
 
 // Quick limits, so time-outs take a second instead of twenty; elapsed time counted in ms.
 OvpnConnection::Limits quickLimits(std::chrono::milliseconds connectLimit = 4000ms,
@@ -207,9 +204,13 @@ private slots:
         // First lines at once, the marker only well after the silence limit.
         QTest::newRow("talking may outlast the silence limit")
             << "slow-start:1.5" << false << 4000 << 600 << "" << 1;
-        QTest::newRow("silence") << "silence" << false << 4000 << 400 << noResponse << 1;
+        QTest::newRow("silence") << "silence" << false << 4000 << 400
+                                 << "OpenVPN server does not respond" << 1;
         QTest::newRow("reported error, no retry")
-            << "error" << true << 4000 << 3000 << adminText << 1;
+            << "error" << true << 4000 << 3000
+            << "Unable to create Open VPN connection. Check premissions. The program must be open "
+               "as an administrator"
+            << 1;
         QTest::newRow("run longer than the limit")
             << "slow-start:60" << true << 600 << 3000 << "Connection timeout for Open VPN TCP" << 1;
         // Pauses of 50, 100, 200, 400, 400 ... ms fit at most eight restarts into 2.5 s.

@@ -145,19 +145,7 @@ private slots:
         QVERIFY(original.open(QIODevice::ReadOnly));
         QCOMPARE(original.readAll(), QByteArray("nameserver 10.233.0.1\n"));
     }
-    void refusedDialLeavesNothingBehind()
-    {
-        QVERIFY(setAccepting(false));
-        LinuxPlatform platform(ikev2Options());
-        const OperationResult refused =
-            platform.connectIKEv2(ready("ikev2"), "alice-vpn", "Alice-VPN-secret", false);
-        QVERIFY(setAccepting(true));
-        QCOMPARE(refused.message, QStringLiteral("warning.cannot_open_ikev2_connection"));
-        verifyNothingLeft({}, m_paths.stateDirectory);
-        // A wrong password is refused the same way.
-        QVERIFY(!platform.connectIKEv2(ready("ikev2"), "alice-vpn", "wrong", false).isSuccess);
-        verifyNothingLeft({}, m_paths.stateDirectory);
-    }
+    // A refused dial leaves no charon, route or state behind; tavero-cli then goes on to OpenVPN.
     void cliTriesIkev2First_data()
     {
         QTest::addColumn<bool>("accepting");

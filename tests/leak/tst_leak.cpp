@@ -15,8 +15,7 @@ using tavero::test::NetnsVpn;
 
 static QString readText(const QString& path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
+    return QString::fromLatin1(tavero::test::TestEnvironment::readFile(path));
 }
 
 // No leaks around a real OpenVPN tunnel: the client namespace's resolver is a "LAN" DNS server;

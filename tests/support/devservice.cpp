@@ -35,57 +35,38 @@ const char* const failureNames[] = {"status", "body", "garbage", "empty", "close
 
 DevService::DevService(const QStringList& extraArguments)
 {
-    if (!m_stateDir.isValid()) {
-        m_error = QStringLiteral("no temporary directory for the service state");
-        return;
-    }
     const QString program = devServiceProgram();
-    if (!QFile::exists(program)) {
-        m_error = QStringLiteral("tavero-devservice not found at %1 (set TAVERO_DEVSERVICE)")
+    if (!m_stateDir.isValid() || !QFile::exists(program)) {
+        m_error = QStringLiteral("no state directory, or no tavero-devservice at %1 (set "
+                                 "TAVERO_DEVSERVICE)")
                       .arg(program);
         return;
     }
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel); // its errors in the test log
-    m_process.start(program, QStringList{QStringLiteral("--state-dir"),
-                                         m_stateDir.path() + QStringLiteral("/state"),
-                                         QStringLiteral("--https-port"), QStringLiteral("0"),
-                                         QStringLiteral("--http-port"), QStringLiteral("0"),
-                                         QStringLiteral("--tunnel-port"), QStringLiteral("0"),
-                                         QStringLiteral("--exit-with-parent")} +
-                                 extraArguments);
+    m_process.start(program,
+                    QStringList{"--state-dir", m_stateDir.filePath("state"), "--https-port", "0",
+                                "--http-port", "0", "--tunnel-port", "0", "--exit-with-parent"} +
+                        extraArguments);
     const QDeadlineTimer deadline(startLimitMs);
     while (!m_process.canReadLine() && m_process.state() != QProcess::NotRunning &&
            !deadline.hasExpired())
         m_process.waitForReadyRead(int(qMin<qint64>(deadline.remainingTime(), 1000)));
-    if (!m_process.canReadLine()) {
-        m_error = QStringLiteral("tavero-devservice did not report ready (%1)")
-                      .arg(m_process.state() == QProcess::NotRunning
-                               ? QStringLiteral("exit code %1").arg(m_process.exitCode())
-                               : QStringLiteral("still silent after %1 ms").arg(startLimitMs));
-        stop();
-        return;
-    }
     const QByteArray line = m_process.readLine().trimmed();
     m_ready = QJsonDocument::fromJson(line).object();
-    if (m_ready.value(QStringLiteral("api")).toString().isEmpty()) {
-        m_error = QStringLiteral("unreadable ready line: %1").arg(QString::fromUtf8(line));
-        stop();
-        return;
-    }
-
     m_network = std::make_unique<QNetworkAccessManager>();
-    const QJsonArray accounts =
-        control("GET", QStringLiteral("/accounts"), {}).value(QStringLiteral("accounts")).toArray();
+    const QJsonArray accounts = control("GET", "/accounts", {}).value("accounts").toArray();
     for (const QJsonValue& value : accounts) {
-        const QJsonObject object = value.toObject();
-        m_accounts.append({object.value(QStringLiteral("email")).toString(),
-                           object.value(QStringLiteral("password")).toString(),
-                           object.value(QStringLiteral("vpn_username")).toString(),
-                           object.value(QStringLiteral("vpn_password")).toString(),
-                           object.value(QStringLiteral("shared_key")).toString()});
+        const QJsonObject o = value.toObject();
+        m_accounts.append({o.value("email").toString(), o.value("password").toString(),
+                           o.value("vpn_username").toString(), o.value("vpn_password").toString(),
+                           o.value("shared_key").toString()});
     }
     if (m_accounts.isEmpty()) {
-        m_error = QStringLiteral("the control endpoint did not list the accounts");
+        m_error = QStringLiteral("tavero-devservice did not start (ready line \"%1\", %2)")
+                      .arg(QString::fromUtf8(line),
+                           m_process.state() == QProcess::NotRunning
+                               ? QStringLiteral("exit code %1").arg(m_process.exitCode())
+                               : QStringLiteral("accounts not listed"));
         stop();
     }
 }
@@ -102,12 +83,12 @@ bool DevService::isRunning() const
 
 QString DevService::tunnelHost() const
 {
-    return readyValue("tunnel").section(QLatin1Char(':'), 0, 0);
+    return readyValue("tunnel").section(':', 0, 0);
 }
 
 quint16 DevService::tunnelPort() const
 {
-    return quint16(readyValue("tunnel").section(QLatin1Char(':'), 1, 1).toUInt());
+    return quint16(readyValue("tunnel").section(':', 1, 1).toUInt());
 }
 
 tavero::Endpoints DevService::endpoints() const
@@ -152,36 +133,30 @@ QJsonObject DevService::control(const QByteArray& method, const QString& path,
 bool DevService::controlOk(const QByteArray& method, const QString& path, const QUrlQuery& query,
                            const QByteArray& body)
 {
-    return control(method, path, query, body).value(QStringLiteral("ok")).toBool();
+    return control(method, path, query, body).value("ok").toBool();
 }
 
 bool DevService::expireTokens(bool revoke)
 {
-    QUrlQuery query;
-    if (revoke)
-        query.addQueryItem(QStringLiteral("revoke"), QStringLiteral("1"));
-    return controlOk("POST", QStringLiteral("/tokens/expire"), query);
+    return controlOk("POST", "/tokens/expire", revoke ? QUrlQuery{{"revoke", "1"}} : QUrlQuery());
 }
 
 bool DevService::setTokenLifetime(int seconds)
 {
-    QUrlQuery query;
-    query.addQueryItem(QStringLiteral("seconds"), QString::number(seconds));
-    return controlOk("POST", QStringLiteral("/tokens/lifetime"), query);
+    return controlOk("POST", "/tokens/lifetime", {{"seconds", QString::number(seconds)}});
 }
 
 bool DevService::failNext(const QString& path, int count, Failure failure, int httpStatus,
                           const QByteArray& body, int delayMs)
 {
-    QUrlQuery query;
-    query.addQueryItem(QStringLiteral("path"), path);
-    query.addQueryItem(QStringLiteral("count"), QString::number(count));
-    query.addQueryItem(QStringLiteral("mode"), QString::fromLatin1(failureNames[int(failure)]));
+    QUrlQuery query{{"path", path},
+                    {"count", QString::number(count)},
+                    {"mode", QString::fromLatin1(failureNames[int(failure)])}};
     if (httpStatus > 0)
-        query.addQueryItem(QStringLiteral("status"), QString::number(httpStatus));
+        query.addQueryItem("status", QString::number(httpStatus));
     if (delayMs > 0)
-        query.addQueryItem(QStringLiteral("delay_ms"), QString::number(delayMs));
-    return controlOk("POST", QStringLiteral("/fail"), query, body);
+        query.addQueryItem("delay_ms", QString::number(delayMs));
+    return controlOk("POST", "/fail", query, body);
 }
 
 bool DevService::replyNext(const QString& path, int count, int httpStatus, const QByteArray& body)
@@ -196,37 +171,31 @@ bool DevService::delayNext(const QString& path, int count, int delayMs)
 
 int DevService::requestCount(const QString& path)
 {
-    const QJsonObject answer = control("GET", QStringLiteral("/counters"), {});
-    if (!answer.contains(QStringLiteral("counts")))
-        return -1;
-    return answer.value(QStringLiteral("counts")).toObject().value(path).toInt(0);
+    const QJsonObject answer = control("GET", "/counters", {});
+    return answer.contains("counts") ? answer.value("counts").toObject().value(path).toInt(0) : -1;
 }
 
 QJsonArray DevService::requests()
 {
-    return control("GET", QStringLiteral("/requests"), {})
-        .value(QStringLiteral("requests"))
-        .toArray();
+    return control("GET", "/requests", {}).value("requests").toArray();
 }
 
 bool DevService::dropTunnels()
 {
-    return controlOk("POST", QStringLiteral("/tunnel/drop"), {});
+    return controlOk("POST", "/tunnel/drop", {});
 }
 
 QStringList DevService::openTunnels()
 {
     QStringList hosts;
-    const QJsonArray tunnels =
-        control("GET", QStringLiteral("/tunnels"), {}).value(QStringLiteral("tunnels")).toArray();
-    for (const QJsonValue& tunnel : tunnels)
-        hosts << tunnel.toObject().value(QStringLiteral("host")).toString();
+    for (const QJsonValue& tunnel : control("GET", "/tunnels", {}).value("tunnels").toArray())
+        hosts << tunnel.toObject().value("host").toString();
     return hosts;
 }
 
 bool DevService::reset()
 {
-    return controlOk("POST", QStringLiteral("/reset"), {});
+    return controlOk("POST", "/reset", {});
 }
 
 bool DevService::stop()

@@ -17,17 +17,9 @@ namespace tavero::test {
 
 // Runs the built tavero-devservice for one test: free loopback ports, a fresh state directory
 // (so a fresh PKI), stopped on destruction. The binary comes from $TAVERO_DEVSERVICE (set by
-// tavero_add_test(... DEVSERVICE)), else from the build tree.
-//
-//   tavero::test::DevService service;
-//   QVERIFY2(service.isRunning(), qPrintable(service.errorText()));
-//   tavero::ServerApi api(service.endpoints());           // or service.exportEnvironment()
-//   api.loginByEmail(service.account(0).email, service.account(0).password);
-//   service.failNext("/hotspots", 1, DevService::Failure::Empty);
-//   QCOMPARE(service.requestCount("/hotspots"), 1);
-//
-// The control helpers block (at most 10 s each) and return false / -1 / empty when the service
-// does not answer. Use one instance from the thread that created it.
+// tavero_add_test(... DEVSERVICE)), else from the build tree. The control helpers block (at most
+// 10 s each) and return false / -1 / empty when the service does not answer. Use one instance
+// from the thread that created it.
 class DevService {
 public:
     struct Account {

@@ -3,22 +3,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
-#include <QStandardPaths>
-#include <algorithm>
 
 namespace tavero::test {
-
-namespace {
-
-QString ipCommand()
-{
-    const QString found = QStandardPaths::findExecutable(QStringLiteral("ip"));
-    return found.isEmpty() ? QStandardPaths::findExecutable(QStringLiteral("ip"),
-                                                            {"/usr/sbin", "/sbin", "/usr/bin"})
-                           : found;
-}
-
-} // namespace
 
 NetnsVpn::NetnsVpn(QString scriptPath)
     : m_scriptPath(std::move(scriptPath))
@@ -91,8 +77,8 @@ QString NetnsVpn::serverLog(const QString& protocol, int lines) const
     QFile file(m_workDirectory + QStringLiteral("/server-%1.log").arg(protocol));
     if (!file.open(QIODevice::ReadOnly))
         return QString();
-    const QStringList all = QString::fromLocal8Bit(file.readAll()).split(QLatin1Char('\n'));
-    return all.mid(std::max(0, int(all.size()) - lines)).join(QLatin1Char('\n'));
+    const QStringList all = QString::fromLocal8Bit(file.readAll()).split('\n');
+    return all.mid(std::max(0, int(all.size()) - lines)).join('\n');
 }
 
 AccountInfoGettingResult NetnsVpn::accountInfo() const
@@ -118,7 +104,7 @@ int NetnsVpn::runInClient(const QStringList& command, QString* output) const
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(ipCommand(),
+    process.start(QStringLiteral("ip"),
                   QStringList{QStringLiteral("netns"), QStringLiteral("exec"), clientNamespace()} +
                       command);
     if (!process.waitForFinished(30000)) {

@@ -28,11 +28,7 @@ public:
     QString reason() const { return m_reason; }
 
     QString clientNamespace() const { return value(QStringLiteral("client")); }
-    QString serverNamespace() const { return value(QStringLiteral("server")); }
     QString host() const { return value(QStringLiteral("host")); }
-    QString host6() const { return value(QStringLiteral("host6")); }
-    QString udpGateway() const { return value(QStringLiteral("udp-gateway")); }
-    QString tcpGateway() const { return value(QStringLiteral("tcp-gateway")); }
     QString programDirectory() const { return value(QStringLiteral("bin")); }
     // Any value of the script's READY line ("lan-dns-ns", "tunnel-dns", ...).
     QString value(const QString& key) const;

@@ -4,22 +4,6 @@
 #include <QThread>
 
 namespace tavero::test {
-namespace {
-
-const QStringList resultOperations{
-    QStringLiteral("disconnect"),      QStringLiteral("connectPptp"),
-    QStringLiteral("connectL2tp"),     QStringLiteral("connectIKEv2"),
-    QStringLiteral("turnOffInternet"), QStringLiteral("turnOnInternet"),
-};
-const QStringList answerOperations{
-    QStringLiteral("isRunOnStart"),     QStringLiteral("pptpSupports"),
-    QStringLiteral("l2tpSupports"),     QStringLiteral("isPptpAsync"),
-    QStringLiteral("isL2tpAsync"),      QStringLiteral("haveDisabledNetDevicesByKillSwitch"),
-    QStringLiteral("turnOnNetDevices"), QStringLiteral("turnOnInternet"),
-};
-
-} // namespace
-
 TestPlatform::~TestPlatform()
 {
     releaseConnects();
@@ -27,16 +11,12 @@ TestPlatform::~TestPlatform()
 
 void TestPlatform::queueResult(const QString& operation, const OperationResult& result)
 {
-    if (!resultOperations.contains(operation))
-        qFatal("TestPlatform: %s does not return an OperationResult", qPrintable(operation));
     const QMutexLocker locker(&m_mutex);
     m_results[operation].enqueue(result);
 }
 
 void TestPlatform::queueAnswer(const QString& operation, bool answer)
 {
-    if (!answerOperations.contains(operation))
-        qFatal("TestPlatform: %s takes no scripted bool", qPrintable(operation));
     const QMutexLocker locker(&m_mutex);
     m_answers[operation].enqueue(answer);
 }
@@ -99,25 +79,27 @@ void TestPlatform::record(const QString& operation, const QVariantList& argument
     m_changed.wakeAll();
 }
 
-bool TestPlatform::answer(const char* operation, bool fallback, bool recorded)
+template <typename T>
+T TestPlatform::take(QHash<QString, QQueue<T>>& queues, const char* operation, const T& fallback,
+                     bool recorded)
 {
     const QString name = QString::fromLatin1(operation);
     if (!recorded)
         record(name, {});
     const QMutexLocker locker(&m_mutex);
-    auto queue = m_answers.find(name);
-    return queue != m_answers.end() && !queue->isEmpty() ? queue->dequeue() : fallback;
+    auto queue = queues.find(name);
+    return queue != queues.end() && !queue->isEmpty() ? queue->dequeue() : fallback;
+}
+
+bool TestPlatform::answer(const char* operation, bool fallback, bool recorded)
+{
+    return take(m_answers, operation, fallback, recorded);
 }
 
 OperationResult TestPlatform::result(const char* operation, const OperationResult& fallback,
                                      bool recorded)
 {
-    const QString name = QString::fromLatin1(operation);
-    if (!recorded)
-        record(name, {});
-    const QMutexLocker locker(&m_mutex);
-    auto queue = m_results.find(name);
-    return queue != m_results.end() && !queue->isEmpty() ? queue->dequeue() : fallback;
+    return take(m_results, operation, fallback, recorded);
 }
 
 bool TestPlatform::isRunOnStart()

@@ -24,9 +24,8 @@ namespace tavero::test {
 //     counts as on;
 //   - haveDisabledNetDevicesByKillSwitch: whether the network counts as switched off;
 //   - turnOnNetDevices: like turnOnInternet, returning its reenabled (it has its own queue).
-// Operation names are the method names ("connectIKEv2"); scripting an unknown name, or a bool for
-// an operation that returns a result (or the reverse), stops the test with a fatal message.
-// Safe to use from several threads: the connect operations may run on a worker thread.
+// Operation names are the method names ("connectIKEv2"). Safe to use from several threads: the
+// connect operations may run on a worker thread.
 class TestPlatform : public IPlatform {
 public:
     struct Call {
@@ -93,6 +92,9 @@ private:
     bool answer(const char* operation, bool fallback, bool recorded = false);
     OperationResult result(const char* operation, const OperationResult& fallback,
                            bool recorded = false);
+    template <typename T>
+    T take(QHash<QString, QQueue<T>>& queues, const char* operation, const T& fallback,
+           bool recorded);
     void record(const QString& operation, const QVariantList& arguments);
     OperationResult connectCall(const char* operation, const QVariantList& arguments);
     // Counts the network as on; returns whether it was off.
