@@ -53,7 +53,10 @@ public:
         return {};
     }
     NetworkSwitchStatus switchOff(const NetworkConnection& c) override { return flip(c.id, false); }
-    NetworkSwitchStatus switchOn(const QString& id) override { return flip(id, true); }
+    NetworkSwitchStatus switchOn(const QString& id, const QJsonArray&) override
+    {
+        return flip(id, true);
+    }
 
 private:
     NetworkSwitchStatus flip(const QString& id, bool on)

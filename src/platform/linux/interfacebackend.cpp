@@ -2,8 +2,8 @@
 
 #include <QDebug>
 #include <QFile>
+#include <QJsonObject>
 #include <linux/rtnetlink.h>
-#include <map>
 #include <memory>
 #include <net/if.h>
 #include <netlink/errno.h>
@@ -11,7 +11,6 @@
 #include <netlink/route/link.h>
 #include <netlink/route/route.h>
 #include <sys/socket.h>
-#include <vector>
 
 namespace tavero {
 namespace {
@@ -47,6 +46,84 @@ NetworkSwitchStatus libnlFailure(int error, const QString& what)
                                                    QString::fromUtf8(nl_geterror(error)));
 }
 
+// Route and next-hop state the kernel reports (carrier down, dead, offloaded) is refused when
+// adding, so it is never kept.
+constexpr unsigned stateFlags = RTNH_COMPARE_MASK | RTNH_F_UNRESOLVED;
+
+QString addressText(nl_addr* address)
+{
+    char text[INET6_ADDRSTRLEN + 8];
+    return QString::fromLatin1(nl_addr2str(address, text, sizeof text));
+}
+
+// A route kept for the interface's entry, its addresses as libnl prints them.
+QJsonObject routeToJson(rtnl_route* route)
+{
+    rtnl_nexthop* hop = rtnl_route_nexthop_n(route, 0);
+    QJsonObject object{
+        {QStringLiteral("family"), rtnl_route_get_family(route)},
+        {QStringLiteral("protocol"), rtnl_route_get_protocol(route)},
+        {QStringLiteral("scope"), rtnl_route_get_scope(route)},
+        {QStringLiteral("priority"), qint64(rtnl_route_get_priority(route))},
+        {QStringLiteral("flags"), qint64(rtnl_route_get_flags(route) & ~stateFlags)},
+        {QStringLiteral("hopFlags"), qint64(rtnl_route_nh_get_flags(hop) & ~stateFlags)},
+        {QStringLiteral("destination"), addressText(rtnl_route_get_dst(route))}};
+    if (nl_addr* source = rtnl_route_get_pref_src(route))
+        object.insert(QStringLiteral("source"), addressText(source));
+    if (nl_addr* gateway = rtnl_route_nh_get_gateway(hop))
+        object.insert(QStringLiteral("gateway"), addressText(gateway));
+    return object;
+}
+
+// The route `object` describes, through interface `interfaceIndex`; null when it describes none
+// (it is read back from a file).
+RoutePtr routeFromJson(const QJsonObject& object, int interfaceIndex)
+{
+    const int family = object.value(QLatin1String("family")).toInt();
+    if (family != AF_INET && family != AF_INET6)
+        return nullptr;
+    const auto parse = [family](const QJsonValue& value, nl_addr** address) {
+        return value.isString() &&
+               nl_addr_parse(value.toString().toLatin1().constData(), family, address) == 0;
+    };
+    nl_addr* destination = nullptr;
+    if (!parse(object.value(QLatin1String("destination")), &destination))
+        return nullptr;
+    RoutePtr route(rtnl_route_alloc());
+    rtnl_nexthop* hop = rtnl_route_nh_alloc();
+    if (!route || !hop) {
+        nl_addr_put(destination);
+        rtnl_route_nh_free(hop);
+        return nullptr;
+    }
+    rtnl_route_set_family(route.get(), uint8_t(family));
+    rtnl_route_set_table(route.get(), RT_TABLE_MAIN);
+    rtnl_route_set_type(route.get(), RTN_UNICAST);
+    rtnl_route_set_protocol(route.get(), uint8_t(object.value(QLatin1String("protocol")).toInt()));
+    rtnl_route_set_scope(route.get(), uint8_t(object.value(QLatin1String("scope")).toInt()));
+    rtnl_route_set_priority(route.get(),
+                            uint32_t(object.value(QLatin1String("priority")).toDouble()));
+    rtnl_route_set_flags(route.get(),
+                         uint32_t(object.value(QLatin1String("flags")).toDouble()) & ~stateFlags);
+    const int setDestination = rtnl_route_set_dst(route.get(), destination);
+    nl_addr_put(destination);
+    nl_addr* source = nullptr;
+    if (parse(object.value(QLatin1String("source")), &source)) {
+        rtnl_route_set_pref_src(route.get(), source);
+        nl_addr_put(source);
+    }
+    rtnl_route_nh_set_ifindex(hop, interfaceIndex);
+    rtnl_route_nh_set_flags(hop, uint32_t(object.value(QLatin1String("hopFlags")).toDouble()) &
+                                     ~stateFlags);
+    nl_addr* gateway = nullptr;
+    if (parse(object.value(QLatin1String("gateway")), &gateway)) {
+        rtnl_route_nh_set_gateway(hop, gateway);
+        nl_addr_put(gateway);
+    }
+    rtnl_route_add_nexthop(route.get(), hop); // the route owns the hop now
+    return setDestination == 0 ? std::move(route) : nullptr;
+}
+
 bool isLoopback(rtnl_link* link)
 {
     return (rtnl_link_get_flags(link) & IFF_LOOPBACK) != 0;
@@ -58,13 +135,7 @@ bool isUp(rtnl_link* link)
 
 } // namespace
 
-struct InterfaceBackend::SavedRoutes {
-    std::map<QString, std::vector<RoutePtr>> byInterface;
-};
-
-InterfaceBackend::InterfaceBackend()
-    : m_savedRoutes(std::make_unique<SavedRoutes>())
-{}
+InterfaceBackend::InterfaceBackend() = default;
 
 InterfaceBackend::~InterfaceBackend()
 {
@@ -107,13 +178,26 @@ NetworkSwitchStatus InterfaceBackend::listSwitchedOn(QVector<NetworkConnection>&
     if (error < 0)
         return libnlFailure(error, QStringLiteral("interface list"));
     const CachePtr cache(raw);
+    nl_cache* rawRoutes = nullptr;
+    const int routeError = rtnl_route_alloc_cache(m_socket, AF_UNSPEC, 0, &rawRoutes);
+    if (routeError < 0)
+        return libnlFailure(routeError, QStringLiteral("route list"));
+    const CachePtr routes(rawRoutes);
     for (nl_object* object = nl_cache_get_first(cache.get()); object != nullptr;
          object = nl_cache_get_next(object)) {
         auto* link = reinterpret_cast<rtnl_link*>(object);
         if (isLoopback(link) || !isUp(link))
             continue;
         const QString name = QString::fromUtf8(rtnl_link_get_name(link));
-        connections.append({name, name, QString::number(rtnl_link_get_ifindex(link))});
+        const int index = rtnl_link_get_ifindex(link);
+        QJsonArray kept;
+        for (nl_object* item = nl_cache_get_first(routes.get()); item != nullptr;
+             item = nl_cache_get_next(item)) {
+            auto* route = reinterpret_cast<rtnl_route*>(item);
+            if (needsRestoring(route, index))
+                kept.append(routeToJson(route));
+        }
+        connections.append({name, name, QString::number(index), kept});
     }
     return {};
 }
@@ -137,62 +221,33 @@ NetworkSwitchStatus InterfaceBackend::stateOf(const QString& id, State& state)
 
 NetworkSwitchStatus InterfaceBackend::switchOff(const NetworkConnection& connection)
 {
-    if (m_socket != nullptr)
-        saveRoutes(connection.id, connection.handle.toInt());
     return setUp(connection.id, false);
 }
 
-NetworkSwitchStatus InterfaceBackend::switchOn(const QString& id)
+NetworkSwitchStatus InterfaceBackend::switchOn(const QString& id, const QJsonArray& restore)
 {
     const NetworkSwitchStatus status = setUp(id, true);
     if (status.ok())
-        restoreRoutes(id);
+        restoreRoutes(id, restore);
     return status;
 }
 
-void InterfaceBackend::saveRoutes(const QString& interfaceName, int interfaceIndex)
+void InterfaceBackend::restoreRoutes(const QString& interfaceName, const QJsonArray& routes)
 {
-    nl_cache* raw = nullptr;
-    const int error = rtnl_route_alloc_cache(m_socket, AF_UNSPEC, 0, &raw);
-    if (error < 0) {
-        qWarning() << "Cannot read the routes of" << interfaceName << nl_geterror(error);
-        return;
-    }
-    const CachePtr cache(raw);
-    std::vector<RoutePtr>& saved = m_savedRoutes->byInterface[interfaceName];
-    for (nl_object* object = nl_cache_get_first(cache.get()); object != nullptr;
-         object = nl_cache_get_next(object)) {
-        auto* route = reinterpret_cast<rtnl_route*>(object);
-        if (!needsRestoring(route, interfaceIndex))
-            continue;
-        RoutePtr copy(reinterpret_cast<rtnl_route*>(nl_object_clone(object)));
-        if (!copy)
-            continue;
-        // State the kernel reports (carrier down, dead, offloaded) is refused when adding.
-        constexpr unsigned stateFlags = RTNH_COMPARE_MASK | RTNH_F_UNRESOLVED;
-        rtnl_route_unset_flags(copy.get(), stateFlags);
-        rtnl_route_nh_unset_flags(rtnl_route_nexthop_n(copy.get(), 0), stateFlags);
-        saved.push_back(std::move(copy));
-    }
-}
-
-void InterfaceBackend::restoreRoutes(const QString& interfaceName)
-{
-    const auto found = m_savedRoutes->byInterface.find(interfaceName);
-    if (found == m_savedRoutes->byInterface.end())
-        return;
     // The interface may have been made anew under the same name: route by today's index.
-    const unsigned currentIndex = ::if_nametoindex(QFile::encodeName(interfaceName).constData());
-    for (const RoutePtr& route : found->second) {
-        if (route == nullptr)
+    const unsigned index = ::if_nametoindex(QFile::encodeName(interfaceName).constData());
+    if (index == 0)
+        return;
+    for (const QJsonValue& value : routes) {
+        const RoutePtr route = routeFromJson(value.toObject(), int(index));
+        if (!route) {
+            qWarning() << "Skipped an unreadable route of" << interfaceName;
             continue;
-        if (currentIndex != 0)
-            rtnl_route_nh_set_ifindex(rtnl_route_nexthop_n(route.get(), 0), int(currentIndex));
+        }
         const int error = rtnl_route_add(m_socket, route.get(), NLM_F_EXCL);
         if (error < 0 && error != -NLE_EXIST)
             qWarning() << "Could not restore a route of" << interfaceName << nl_geterror(error);
     }
-    m_savedRoutes->byInterface.erase(found);
 }
 
 NetworkSwitchStatus InterfaceBackend::setUp(const QString& interfaceName, bool up)

@@ -2,8 +2,6 @@
 
 #include "platform/linux/networkswitchbackend.h"
 
-#include <memory>
-
 struct nl_sock;
 
 namespace tavero {
@@ -14,7 +12,8 @@ namespace tavero {
 //
 // Setting a link down makes the kernel drop every route through it; the ones the kernel does not
 // recreate by itself (static, boot, DHCP: all but kernel and router-advertisement routes of the
-// main table) are kept by the object and added again when the interface comes back up.
+// main table) travel with the interface's entry (`restore`, kept on disk by the platform) and are
+// added again when the interface comes back up, by this run or the next one after a crash.
 class InterfaceBackend : public NetworkSwitchBackend {
 public:
     InterfaceBackend();
@@ -29,17 +28,13 @@ public:
     NetworkSwitchStatus listSwitchedOn(QVector<NetworkConnection>& connections) override;
     NetworkSwitchStatus stateOf(const QString& id, State& state) override;
     NetworkSwitchStatus switchOff(const NetworkConnection& connection) override;
-    NetworkSwitchStatus switchOn(const QString& id) override;
+    NetworkSwitchStatus switchOn(const QString& id, const QJsonArray& restore) override;
 
 private:
-    struct SavedRoutes;
-
     NetworkSwitchStatus setUp(const QString& interfaceName, bool up);
-    void saveRoutes(const QString& interfaceName, int interfaceIndex);
-    void restoreRoutes(const QString& interfaceName);
+    void restoreRoutes(const QString& interfaceName, const QJsonArray& routes);
 
     nl_sock* m_socket = nullptr;
-    std::unique_ptr<SavedRoutes> m_savedRoutes;
 };
 
 } // namespace tavero

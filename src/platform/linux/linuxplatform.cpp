@@ -220,9 +220,12 @@ void LinuxPlatform::loadRemembered()
     const QJsonObject state = QJsonDocument::fromJson(file.readAll()).object();
     m_rememberedBackend = state.value(QLatin1String("backend")).toString();
     const QJsonArray ids = state.value(QLatin1String("connections")).toArray();
+    const QJsonObject restore = state.value(QLatin1String("restore")).toObject();
     for (const QJsonValue& id : ids) {
-        if (id.isString() && !id.toString().isEmpty() && !m_remembered.contains(id.toString()))
+        if (id.isString() && !id.toString().isEmpty() && !m_remembered.contains(id.toString())) {
             m_remembered.append(id.toString());
+            m_restore.insert(id.toString(), restore.value(id.toString()).toArray());
+        }
     }
     if (!m_remembered.isEmpty()) {
         qWarning() << "The kill switch of an earlier run left network connections switched off:"
@@ -238,6 +241,12 @@ bool LinuxPlatform::saveRemembered()
     if (!m_remembered.isEmpty()) {
         state.insert(QLatin1String("backend"), m_backend ? m_backend->name() : m_rememberedBackend);
         state.insert(QLatin1String("connections"), QJsonArray::fromStringList(m_remembered));
+        QJsonObject restore;
+        for (const QString& id : qAsConst(m_remembered)) {
+            if (!m_restore.value(id).isEmpty())
+                restore.insert(id, m_restore.value(id));
+        }
+        state.insert(QLatin1String("restore"), restore);
     }
     return PrivateStateFile::write(m_options.killSwitchStateFile, state);
 }
@@ -511,6 +520,7 @@ void LinuxPlatform::switchOffPass(NetworkSwitchBackend& backend, NetworkSwitchSt
     for (const NetworkConnection& connection : qAsConst(connections)) {
         if (!m_remembered.contains(connection.id))
             m_remembered.append(connection.id);
+        m_restore.insert(connection.id, connection.restore);
     }
     if (!saveRemembered()) {
         qWarning() << "Cannot write the kill switch's state" << m_options.killSwitchStateFile
@@ -543,7 +553,7 @@ void LinuxPlatform::switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchSta
         // Gone, or switched on by the user meanwhile: left alone.
         if (state != NetworkSwitchBackend::State::Off)
             continue;
-        status = backend.switchOn(id);
+        status = backend.switchOn(id, m_restore.value(id));
         reenabled = true;
         if (status.ok()) {
             qInfo() << "Network connection switched on:" << id;
@@ -553,6 +563,8 @@ void LinuxPlatform::switchOnPass(NetworkSwitchBackend& backend, NetworkSwitchSta
         }
     }
     m_remembered = stillOff;
+    for (auto it = m_restore.begin(); it != m_restore.end();)
+        it = stillOff.contains(it.key()) ? std::next(it) : m_restore.erase(it);
     if (!saveRemembered())
         qWarning() << "Cannot update the kill switch's state" << m_options.killSwitchStateFile;
 }

@@ -6,6 +6,8 @@
 #include "platform/linux/networkswitchbackend.h"
 #include "platform/linux/strongswantunnel.h"
 
+#include <QHash>
+#include <QJsonArray>
 #include <QStringList>
 #include <functional>
 #include <memory>
@@ -139,6 +141,8 @@ private:
     // The backend that made the remembered list; identifiers only mean something to it.
     std::unique_ptr<NetworkSwitchBackend> m_backend;
     QStringList m_remembered;
+    // What each remembered connection needs to come back as it was; on disk with the ids.
+    QHash<QString, QJsonArray> m_restore;
 };
 
 } // namespace tavero

@@ -175,8 +175,10 @@ NetworkSwitchStatus NetworkManagerBackend::switchOff(const NetworkConnection& co
     return {};
 }
 
-NetworkSwitchStatus NetworkManagerBackend::switchOn(const QString& id)
+NetworkSwitchStatus NetworkManagerBackend::switchOn(const QString& id,
+                                                    const QJsonArray& /*restore*/)
 {
+    // NetworkManager brings a profile's routes back itself.
     QString path;
     const NetworkSwitchStatus status = profilePath(id, path);
     if (!status.ok())

@@ -28,7 +28,7 @@ public:
     NetworkSwitchStatus listSwitchedOn(QVector<NetworkConnection>& connections) override;
     NetworkSwitchStatus stateOf(const QString& id, State& state) override;
     NetworkSwitchStatus switchOff(const NetworkConnection& connection) override;
-    NetworkSwitchStatus switchOn(const QString& id) override;
+    NetworkSwitchStatus switchOn(const QString& id, const QJsonArray& restore) override;
 
 private:
     struct ActiveConnection {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonArray>
 #include <QString>
 #include <QVector>
 
@@ -10,6 +11,9 @@ struct NetworkConnection {
     QString id;     // what is remembered across passes: interface name or connection UUID
     QString label;  // for the log
     QString handle; // the backend's reference to the live object (interface index, D-Bus path)
+    // What the backend needs to give the connection back as it was (an interface's routes). It is
+    // written to disk with the id before anything is switched off, so it outlives a crash.
+    QJsonArray restore;
 };
 
 // Outcome of one backend step. Code 0 is success; any other value is the backend's own error code
@@ -43,12 +47,14 @@ public:
     // Reaches the manager for one pass.
     virtual NetworkSwitchStatus open() = 0;
     virtual void close() = 0;
-    // Appends, in the system's order, every connection that is not switched off (loopback never).
+    // Appends, in the system's order, every connection that is not switched off (loopback never),
+    // each with what its switch-on will need.
     virtual NetworkSwitchStatus listSwitchedOn(QVector<NetworkConnection>& connections) = 0;
     // The current state of a remembered connection.
     virtual NetworkSwitchStatus stateOf(const QString& id, State& state) = 0;
     virtual NetworkSwitchStatus switchOff(const NetworkConnection& connection) = 0;
-    virtual NetworkSwitchStatus switchOn(const QString& id) = 0;
+    // `restore` is what listSwitchedOn gave the connection (read back from disk after a crash).
+    virtual NetworkSwitchStatus switchOn(const QString& id, const QJsonArray& restore) = 0;
 };
 
 } // namespace tavero
