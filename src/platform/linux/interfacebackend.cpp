@@ -52,6 +52,8 @@ constexpr unsigned stateFlags = RTNH_COMPARE_MASK | RTNH_F_UNRESOLVED;
 
 QString addressText(nl_addr* address)
 {
+    if (address == nullptr)
+        return QStringLiteral("default");
     char text[INET6_ADDRSTRLEN + 8];
     return QString::fromLatin1(nl_addr2str(address, text, sizeof text));
 }
