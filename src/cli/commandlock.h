@@ -19,7 +19,6 @@ public:
     // Takes the lock without waiting: Busy when another holder has it, Failed when the file
     // cannot be opened.
     State tryLock();
-    const QString& path() const { return m_path; }
 
 private:
     QString m_path;
